@@ -1,0 +1,20 @@
+# Installation: libraries, headers, the CMake package and the pkg-config file.
+
+include(CMakePackageConfigHelpers)
+
+install(TARGETS zimcore zimcc EXPORT zimcc-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+# Found by the loader in place of the first on a processor that has x86-64-v3; nothing links to it by name.
+install(TARGETS zimcc_v3
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-v3 NAMELINK_SKIP)
+install(FILES include/zimcc.h include/zimcore.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/zimcc)
+install(EXPORT zimcc-targets NAMESPACE zimcc:: DESTINATION ${package_folder})
+configure_package_config_file(cmake/zimcc-config.cmake.in ${PROJECT_BINARY_DIR}/zimcc-config.cmake
+  INSTALL_DESTINATION ${package_folder})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/zimcc-config-version.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/zimcc-config.cmake ${PROJECT_BINARY_DIR}/zimcc-config-version.cmake
+  DESTINATION ${package_folder})
+
+configure_file(cmake/zimcc.pc.in ${PROJECT_BINARY_DIR}/zimcc.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/zimcc.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

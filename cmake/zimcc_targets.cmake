@@ -1,0 +1,67 @@
+# Flags that every target shares, and the library itself in one build per processor target.
+
+# The instruction sets of the two builds. FMA stays off: a fused product has other bits.
+set(ZIMCC_MX_FLAGS -msse2 -mno-sse3 -mno-avx)
+set(ZIMCC_V3_FLAGS -march=x86-64-v3 -mno-fma)
+
+set(ZIMCC_WARNINGS -Wall -Wextra -Wconversion)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # Vector registers as template arguments lose may_alias, which plays no part there.
+  list(APPEND ZIMCC_WARNINGS -Wno-ignored-attributes)
+endif()
+if(ZIMCC_WERROR)
+  list(APPEND ZIMCC_WARNINGS -Werror)
+endif()
+
+# C++20, exact floating point, warnings, sanitizers.
+function(zimcc_configure target)
+  target_compile_features(${target} PRIVATE cxx_std_20)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+  target_compile_options(${target} PRIVATE
+    $<$<COMPILE_LANGUAGE:CXX>:-ffp-contract=off> $<$<COMPILE_LANGUAGE:CXX>:${ZIMCC_WARNINGS}>)
+  if(ZIMCC_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      $<$<COMPILE_LANGUAGE:CXX>:-fsanitize=${ZIMCC_SANITIZE}> $<$<COMPILE_LANGUAGE:CXX>:-fno-sanitize-recover=all>
+      $<$<COMPILE_LANGUAGE:CXX>:-fno-omit-frame-pointer>)
+    target_link_options(${target} PRIVATE -fsanitize=${ZIMCC_SANITIZE})
+  endif()
+endfunction()
+
+# A shared library whose exports are exactly those of a version script.
+function(zimcc_configure_shared target version_script)
+  zimcc_configure(${target})
+  set_target_properties(${target} PROPERTIES
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    LINK_DEPENDS ${version_script})
+  target_link_options(${target} PRIVATE -Wl,--version-script=${version_script})
+endfunction()
+
+set(ZIMCC_SOURCES
+  frame/entry.cpp
+  frame/scratch.cpp
+  frame/stubs.S
+  frame/version.cpp
+  models/gray.cpp)
+
+# The library for one processor target, in a folder below lib/ in the build tree.
+function(zimcc_add_library target level flags folder)
+  add_library(${target} SHARED ${ZIMCC_SOURCES})
+  zimcc_configure_shared(${target} ${PROJECT_SOURCE_DIR}/frame/zimcc.map)
+  set_target_properties(${target} PROPERTIES
+    OUTPUT_NAME zimcc
+    LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib/${folder})
+  target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${flags}>)
+  target_include_directories(${target}
+    PRIVATE ${PROJECT_SOURCE_DIR}
+    PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  target_link_libraries(${target} PUBLIC zimcore PRIVATE OpenMP::OpenMP_CXX)
+  # Beside the library, or above its folder for the processor's own build.
+  if(folder)
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/../..")
+  else()
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
+  endif()
+endfunction()

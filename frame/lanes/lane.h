@@ -1,0 +1,300 @@
+// Lane<T, N>: N values of type T that are computed on together, element by element.
+//
+// One text serves three forms. N = 1 holds a plain T, for single pixels. N * sizeof(T) equal to the register holds one
+// SSE2 or AVX2 register. A larger N is split into two halves of N / 2, so that a kernel may mix sample widths: the 16
+// products of 16 s16 lanes are one Lane<Zim32s, 16>, in however many registers that takes.
+//
+// On AVX2 everything works within the 128-bit halves of a register, as on two SSE2 registers side by side: the lower
+// halves belong to the first half of a block of pixels, the upper halves to the second. Widening and narrowing then
+// need no crossing of halves; loads and stores bring the halves to their places (memory.h).
+//
+// Integer arithmetic wraps. Comparisons give masks of all ones or all zeros. Nothing here has undefined behaviour.
+#pragma once
+
+#include <immintrin.h>
+
+#include <array>
+#include <bit>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+#include "frame/target.h"
+#include "zimcc.h"
+
+#define ZIM_INLINE [[gnu::always_inline]] inline
+
+// An intrinsic at the width of the build's registers.
+#if defined(__AVX2__)
+#define ZIM_MM(operation) _mm256_##operation
+#define ZIM_MM_BITS(operation) _mm256_##operation##_si256
+#else
+#define ZIM_MM(operation) _mm_##operation
+#define ZIM_MM_BITS(operation) _mm_##operation##_si128
+#endif
+
+namespace zim {
+inline namespace ZIM_TARGET_NAMESPACE {
+
+#if defined(__AVX2__)
+using Register = __m256i;
+#else
+using Register = __m128i;
+#endif
+inline constexpr int kRegisterBytes = sizeof(Register);
+inline constexpr int kHalves = kRegisterBytes / 16;
+
+template <class T>
+inline constexpr int kLanes = kRegisterBytes / static_cast<int>(sizeof(T));
+
+enum class Form { single, whole, split };
+
+template <class T, int N>
+inline constexpr Form kForm = N == 1            ? Form::single
+                              : N == kLanes<T> ? Form::whole
+                                               : Form::split;
+
+template <int Bytes>
+struct IntegerOfSize;
+template <>
+struct IntegerOfSize<1> {
+  using Signed = std::int8_t;
+  using Unsigned = std::uint8_t;
+};
+template <>
+struct IntegerOfSize<2> {
+  using Signed = std::int16_t;
+  using Unsigned = std::uint16_t;
+};
+template <>
+struct IntegerOfSize<4> {
+  using Signed = std::int32_t;
+  using Unsigned = std::uint32_t;
+};
+template <>
+struct IntegerOfSize<8> {
+  using Signed = std::int64_t;
+  using Unsigned = std::uint64_t;
+};
+template <class T>
+using SignedOf = typename IntegerOfSize<sizeof(T)>::Signed;
+
+// The compiler's own vector of one register: arithmetic, shifts and comparisons come with it, at either level.
+template <class T>
+struct Vector {
+  typedef T Type __attribute__((vector_size(kRegisterBytes)));
+};
+
+template <class T, int N, Form = kForm<T, N>>
+struct LaneValue;
+
+template <class T, int N>
+struct LaneValue<T, N, Form::single> {
+  using Value = T;
+  // Wide enough that nothing is promoted to a signed type, where overflow would be undefined.
+  using Wrapping =
+      std::conditional_t<std::is_floating_point_v<T>, T, std::conditional_t<sizeof(T) <= 4, std::uint32_t, std::uint64_t>>;
+  ZIM_INLINE static Value broadcast(T x) { return x; }
+};
+
+template <class T, int N>
+struct LaneValue<T, N, Form::whole> {
+  using Value = typename Vector<T>::Type;
+  using Wrapping = std::conditional_t<std::is_floating_point_v<T>, Value,
+                                      typename Vector<typename IntegerOfSize<sizeof(T)>::Unsigned>::Type>;
+  ZIM_INLINE static Value broadcast(T x) {
+    if constexpr (sizeof(T) == 1) {
+      return (Value)ZIM_MM(set1_epi8)(std::bit_cast<char>(x));
+    } else if constexpr (sizeof(T) == 2) {
+      return (Value)ZIM_MM(set1_epi16)(std::bit_cast<short>(x));
+    } else if constexpr (std::is_same_v<T, float>) {
+      return (Value)ZIM_MM(set1_ps)(x);
+    } else if constexpr (sizeof(T) == 4) {
+      return (Value)ZIM_MM(set1_epi32)(std::bit_cast<int>(x));
+    } else if constexpr (std::is_same_v<T, double>) {
+      return (Value)ZIM_MM(set1_pd)(x);
+    } else {
+      return (Value)ZIM_MM(set1_epi64x)(std::bit_cast<long long>(x));
+    }
+  }
+};
+
+template <class T, int N>
+struct Lane;
+
+// Two halves side by side; every operation on it is the operation on each half.
+template <class T, int N>
+struct LanePair {
+  Lane<T, N / 2> lo, hi;
+};
+
+template <class T, int N>
+struct LaneValue<T, N, Form::split> {
+  static_assert(N > kLanes<T> && N % kLanes<T> == 0, "fewer lanes than a register holds, but not one");
+  using Value = LanePair<T, N>;
+  using Wrapping = Value;
+  ZIM_INLINE static Value broadcast(T x) { return {Lane<T, N / 2>(x), Lane<T, N / 2>(x)}; }
+};
+
+#define ZIM_LANE_ARITHMETIC(op)                                               \
+  ZIM_INLINE friend Lane operator op(Lane a, Lane b) {                        \
+    if constexpr (form == Form::split) {                                      \
+      return join(a.v.lo op b.v.lo, a.v.hi op b.v.hi);                        \
+    } else {                                                                  \
+      return Lane::of((Value)((Wrapping)a.v op (Wrapping)b.v));               \
+    }                                                                         \
+  }
+#define ZIM_LANE_COMPARISON(op)                                               \
+  ZIM_INLINE friend Mask operator op(Lane a, Lane b) {                        \
+    if constexpr (form == Form::split) {                                      \
+      return Mask::join(a.v.lo op b.v.lo, a.v.hi op b.v.hi);                  \
+    } else if constexpr (form == Form::single) {                              \
+      return Mask::of(static_cast<SignedOf<T>>(a.v op b.v ? -1 : 0));         \
+    } else {                                                                  \
+      return Mask::of((typename Mask::Value)(a.v op b.v));                    \
+    }                                                                         \
+  }
+
+template <class T, int N>
+struct Lane {
+  using Element = T;
+  using Value = typename LaneValue<T, N>::Value;
+  using Wrapping = typename LaneValue<T, N>::Wrapping;
+  using Mask = Lane<SignedOf<T>, N>;
+  static constexpr Form form = kForm<T, N>;
+
+  Value v;
+
+  Lane() = default;
+  // Every lane the same value, so that constants mix with lanes in formulas.
+  ZIM_INLINE Lane(T x) : v(LaneValue<T, N>::broadcast(x)) {}
+
+  ZIM_INLINE static Lane of(Value value) {
+    Lane lane;
+    lane.v = value;
+    return lane;
+  }
+  template <class Half>
+  ZIM_INLINE static Lane join(Half lo, Half hi) {
+    return of(Value{lo, hi});
+  }
+
+  ZIM_LANE_ARITHMETIC(+)
+  ZIM_LANE_ARITHMETIC(-)
+  ZIM_LANE_ARITHMETIC(*)
+  ZIM_LANE_ARITHMETIC(/)
+  ZIM_LANE_ARITHMETIC(&)
+  ZIM_LANE_ARITHMETIC(|)
+  ZIM_LANE_ARITHMETIC(^)
+
+  ZIM_LANE_COMPARISON(<)
+  ZIM_LANE_COMPARISON(<=)
+  ZIM_LANE_COMPARISON(>)
+  ZIM_LANE_COMPARISON(>=)
+  ZIM_LANE_COMPARISON(==)
+  ZIM_LANE_COMPARISON(!=)
+
+  // Right shift: arithmetic on signed lanes, logical on unsigned ones.
+  ZIM_INLINE friend Lane operator>>(Lane a, int count) {
+    if constexpr (form == Form::split) {
+      return join(a.v.lo >> count, a.v.hi >> count);
+    } else {
+      return of((Value)(a.v >> count));
+    }
+  }
+  ZIM_INLINE friend Lane operator<<(Lane a, int count) {
+    if constexpr (form == Form::split) {
+      return join(a.v.lo << count, a.v.hi << count);
+    } else {
+      return of((Value)((Wrapping)a.v << count));
+    }
+  }
+};
+
+#undef ZIM_LANE_ARITHMETIC
+#undef ZIM_LANE_COMPARISON
+
+// The same bits as lanes of another type of the same size.
+template <class U, class T, int N>
+ZIM_INLINE Lane<U, N> bitsAs(Lane<T, N> a) {
+  static_assert(sizeof(U) == sizeof(T));
+  if constexpr (Lane<T, N>::form == Form::split) {
+    return Lane<U, N>::join(bitsAs<U>(a.v.lo), bitsAs<U>(a.v.hi));
+  } else if constexpr (Lane<T, N>::form == Form::single) {
+    return Lane<U, N>::of(std::bit_cast<U>(a.v));
+  } else {
+    return Lane<U, N>::of((typename Lane<U, N>::Value)a.v);
+  }
+}
+
+// a where the mask is set, b elsewhere.
+template <class T, int N>
+ZIM_INLINE Lane<T, N> select(Lane<SignedOf<T>, N> mask, Lane<T, N> a, Lane<T, N> b) {
+  if constexpr (Lane<T, N>::form == Form::split) {
+    return Lane<T, N>::join(select(mask.v.lo, a.v.lo, b.v.lo), select(mask.v.hi, a.v.hi, b.v.hi));
+  } else if constexpr (Lane<T, N>::form == Form::single) {
+    return mask.v != 0 ? a : b;
+  } else {
+#if defined(__AVX2__)
+    return Lane<T, N>::of((typename Lane<T, N>::Value)_mm256_blendv_epi8((Register)b.v, (Register)a.v, (Register)mask.v));
+#else
+    const auto bits = (Register)mask.v;
+    return Lane<T, N>::of(
+        (typename Lane<T, N>::Value)_mm_or_si128(_mm_and_si128(bits, (Register)a.v), _mm_andnot_si128(bits, (Register)b.v)));
+#endif
+  }
+}
+
+// Whether the mask is set in any lane.
+template <std::signed_integral T, int N>
+ZIM_INLINE bool any(Lane<T, N> mask) {
+  if constexpr (Lane<T, N>::form == Form::split) {
+    return any(mask.v.lo | mask.v.hi);
+  } else if constexpr (Lane<T, N>::form == Form::single) {
+    return mask.v != 0;
+  } else {
+    return ZIM_MM(movemask_epi8)((Register)mask.v) != 0;
+  }
+}
+
+// a, replaced by b where b is strictly larger (smaller). With a NaN on either side a stays.
+template <class T, int N>
+ZIM_INLINE Lane<T, N> larger(Lane<T, N> a, Lane<T, N> b) {
+  if constexpr (Lane<T, N>::form == Form::split) {
+    return Lane<T, N>::join(larger(a.v.lo, b.v.lo), larger(a.v.hi, b.v.hi));
+  } else {
+    return Lane<T, N>::of(b.v > a.v ? b.v : a.v);
+  }
+}
+template <class T, int N>
+ZIM_INLINE Lane<T, N> smaller(Lane<T, N> a, Lane<T, N> b) {
+  if constexpr (Lane<T, N>::form == Form::split) {
+    return Lane<T, N>::join(smaller(a.v.lo, b.v.lo), smaller(a.v.hi, b.v.hi));
+  } else {
+    return Lane<T, N>::of(b.v < a.v ? b.v : a.v);
+  }
+}
+
+template <class T, int N>
+ZIM_INLINE Lane<T, N> clamp(Lane<T, N> a, std::type_identity_t<T> low, std::type_identity_t<T> high) {
+  return smaller(larger(a, Lane<T, N>(low)), Lane<T, N>(high));
+}
+
+template <int N>
+ZIM_INLINE Lane<Zim32f, N> squareRoot(Lane<Zim32f, N> a) {
+  if constexpr (Lane<Zim32f, N>::form == Form::split) {
+    return Lane<Zim32f, N>::join(squareRoot(a.v.lo), squareRoot(a.v.hi));
+  } else if constexpr (Lane<Zim32f, N>::form == Form::single) {
+    return Lane<Zim32f, N>(__builtin_sqrtf(a.v));
+  } else {
+    return Lane<Zim32f, N>::of((typename Lane<Zim32f, N>::Value)ZIM_MM(sqrt_ps)(a.v));
+  }
+}
+
+// A sample of each channel of N pixels.
+template <class T, int N, std::size_t Channels>
+using Pixels = std::array<Lane<T, N>, Channels>;
+
+}  // namespace ZIM_TARGET_NAMESPACE
+}  // namespace zim

@@ -1,0 +1,163 @@
+// Pixel-wise conversions: every pixel of the destination from the pixel of the source at the same place.
+//
+// A kernel is a pure function on lanes:
+//     using Sample = ...;   the type in which it wants its samples; they are widened to it exactly
+//     template <int N> Pixels<R, N, OutChannels> operator()(Pixels<Sample, N, InChannels> pixels) const;
+// Its results saturate to the destination's sample type. A kernel that keeps low bits instead masks them itself.
+#pragma once
+
+#include <algorithm>
+
+#include "frame/arguments.h"
+#include "frame/entry.h"
+#include "frame/lanes/convert.h"
+#include "frame/layouts.h"
+#include "frame/rows.h"
+
+namespace zim {
+inline namespace ZIM_TARGET_NAMESPACE {
+
+// The kernel on a block of pixels, as many registers at a time as its sample type asks for. Samples are widened on the
+// way in and results narrowed on the way out step by step, so that few registers are live at a time.
+template <class To, class Kernel, class T, int N, std::size_t Channels>
+ZIM_INLINE auto applyKernel(const Kernel& kernel, const Pixels<T, N, Channels>& in) {
+  using Sample = typename Kernel::Sample;
+  if constexpr (N == 1 || N <= kLanes<Sample>) {
+    Pixels<Sample, N, Channels> samples;
+    for (std::size_t c = 0; c < Channels; ++c) samples[c] = convert<Sample>(in[c]);
+    const auto result = kernel(samples);
+    if constexpr (N > 1) {
+      return result;
+    } else {
+      Pixels<To, 1, std::tuple_size_v<decltype(result)>> stored;
+      for (std::size_t c = 0; c < stored.size(); ++c) stored[c] = narrow<To>(result[c]);
+      return stored;
+    }
+  } else if constexpr (kForm<T, N> == Form::split) {
+    Pixels<T, N / 2, Channels> lows, highs;
+    for (std::size_t c = 0; c < Channels; ++c) {
+      lows[c] = in[c].v.lo;
+      highs[c] = in[c].v.hi;
+    }
+    const auto lo = applyKernel<To>(kernel, lows);
+    const auto hi = applyKernel<To>(kernel, highs);
+    using Result = typename std::decay_t<decltype(lo[0])>::Element;
+    constexpr std::size_t outChannels = std::tuple_size_v<std::decay_t<decltype(lo)>>;
+    // 32-bit results of 8-bit samples pass through 16 bits.
+    using Narrowed = std::conditional_t<sizeof(Result) == sizeof(To), Result,
+                                        std::conditional_t<sizeof(Result) == 2 * sizeof(To), To, Zim16s>>;
+    Pixels<Narrowed, N, outChannels> out;
+    for (std::size_t c = 0; c < outChannels; ++c) out[c] = narrow<Narrowed>(Lane<Result, N>::join(lo[c], hi[c]));
+    return out;
+  } else {
+    Pixels<Wider<T>, N, Channels> wider;
+    for (std::size_t c = 0; c < Channels; ++c) wider[c] = widen(in[c]);
+    return applyKernel<To>(kernel, wider);
+  }
+}
+
+template <class Source, class Destination, int N, class Kernel>
+ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from, Position<std::byte, Destination::planes> to,
+                             const Kernel& kernel) {
+  const auto in = Source::template load<N>(from);
+  Destination::template store<N>(to, applyKernel<typename Destination::Sample>(kernel, in));
+}
+
+// One row: whole blocks, then the rest through blocks of its own, or pixel by pixel where that is quicker.
+template <class Source, class Destination, class Kernel>
+ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Position<std::byte, Destination::planes> to,
+                           int width, const Kernel& kernel) {
+  constexpr int block = std::max(kLanes<typename Source::Sample>, kLanes<typename Destination::Sample>);
+  constexpr int fewPixels = block / 8 + 1;
+  // The last pixel's gap may not be readable: its block goes the way of the rest.
+  const int wholeBlocks = Source::hasGaps ? width - 1 : width;
+  int x = 0;
+  for (; x <= wholeBlocks - block; x += block) {
+    convertBlock<Source, Destination, block>(from.at(x * Source::pixelBytes), to.at(x * Destination::pixelBytes), kernel);
+  }
+  const int rest = width - x;
+  if (rest > fewPixels) {
+    Block<Source, block> source = {};
+    Block<Destination, block> destination;
+    Source::copy(source.start(), from.at(x * Source::pixelBytes), rest);
+    convertBlock<Source, Destination, block>(readOnly(source.start()), destination.start(), kernel);
+    Destination::copy(to.at(x * Destination::pixelBytes), readOnly(destination.start()), rest);
+  } else {
+    for (; x < width; ++x) {
+      convertBlock<Source, Destination, 1>(from.at(x * Source::pixelBytes), to.at(x * Destination::pixelBytes), kernel);
+    }
+  }
+}
+
+// The arguments that every conversion of this shape has, in the order of the public signature.
+template <class SourceLayout, class DestinationLayout>
+struct Conversion {
+  using Source = SourceLayout;
+  using Destination = DestinationLayout;
+
+  typename Source::Source pSrc;
+  Zim32s srcStep;
+  typename Destination::Destination pDst;
+  Zim32s dstStep;
+  ZimiSize roiSize;
+  bool furtherGiven = true;  // whether the required pointers among the further arguments are given
+
+  bool pointersGiven() const { return pSrc != nullptr && pDst != nullptr && furtherGiven; }
+  bool planesGiven() const { return Source::planesGiven(pSrc) && Destination::planesGiven(pDst); }
+  bool stepsPositive() const { return srcStep >= 1 && dstStep >= 1; }
+};
+
+// What exports of a family have in common apart from layouts and kernel.
+template <class OrderOfTests, Offsets rowOffsets = Offsets::bytes, class Team = Serial>
+struct Rules {
+  using Tests = OrderOfTests;
+  using Walker = Team;
+  static constexpr Offsets offsets = rowOffsets;
+};
+
+// Some kernels come in several forms of which the values of a call choose one, ahead of the loop.
+template <class Kernel, class Use>
+ZIM_INLINE void withKernel(const Kernel& kernel, const Use& use) {
+  if constexpr (requires { kernel.choose(use); }) {
+    kernel.choose(use);
+  } else {
+    use(kernel);
+  }
+}
+
+// A whole conversion: the tests, then the kernel over all rows. The kernel is made once the tests have passed.
+template <class Rules, class Source, class Destination, class MakeKernel>
+ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, const MakeKernel& makeKernel) {
+  if (const ZimResult failure = Rules::Tests::check(call); failure != zimResultOk) return failure;
+  const auto source = Source::start(call.pSrc);
+  const auto destination = Destination::start(call.pDst);
+  withKernel(makeKernel(), [&](const auto& kernel) {
+    Rules::Walker::run(call.roiSize, [&](Zim32s first, Zim32s count) {
+      const auto local = kernel;  // stores to the destination cannot alias it
+      const auto from = source.at(std::ptrdiff_t{first} * call.srcStep);
+      const auto to = destination.at(std::ptrdiff_t{first} * call.dstStep);
+      for (Zim32s row = 0; row < count; ++row) {
+        convertRow<Source, Destination>(from.at(rowOffset<Rules::offsets, typename Source::Sample>(row, call.srcStep)),
+                                        to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep)),
+                                        call.roiSize.width, local);
+      }
+    });
+  });
+  return zimResultOk;
+}
+
+}  // namespace ZIM_TARGET_NAMESPACE
+}  // namespace zim
+
+#define ZIM_AND(...) , __VA_ARGS__
+#define ZIM_NOTHING
+
+// The body of an export: rules, source layout, destination layout, further parameters (ZIM_NOTHING or ZIM_AND(...)),
+// kernel.
+#define ZIM_PIXELWISE(name, rules, SourceLayout, DestinationLayout, parameters, ...)                               \
+  ZimResult ZIM_BODY(name)(SourceLayout::Source pSrc, Zim32s srcStep, DestinationLayout::Destination pDst,         \
+                           Zim32s dstStep, ZimiSize roiSize parameters) {                                          \
+    return zim::pixelwise<rules>(                                                                                  \
+        zim::Conversion<SourceLayout, DestinationLayout>{pSrc, srcStep, pDst, dstStep, roiSize},                   \
+        [&] { return __VA_ARGS__; });                                                                              \
+  }
