@@ -16,5 +16,8 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/zimcc-config-version.cmak
 install(FILES ${PROJECT_BINARY_DIR}/zimcc-config.cmake ${PROJECT_BINARY_DIR}/zimcc-config-version.cmake
   DESTINATION ${package_folder})
 
+# Relative to its own folder, so that the installed tree can be moved and cmake --install --prefix is followed.
+set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH path_to_prefix ${CMAKE_INSTALL_PREFIX}/${pkgconfig_folder} ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/zimcc.pc.in ${PROJECT_BINARY_DIR}/zimcc.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/zimcc.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${PROJECT_BINARY_DIR}/zimcc.pc DESTINATION ${pkgconfig_folder})

@@ -23,7 +23,8 @@ function(zimcc_configure target)
     target_compile_options(${target} PRIVATE
       $<$<COMPILE_LANGUAGE:CXX>:-fsanitize=${ZIMCC_SANITIZE}> $<$<COMPILE_LANGUAGE:CXX>:-fno-sanitize-recover=all>
       $<$<COMPILE_LANGUAGE:CXX>:-fno-omit-frame-pointer>)
-    target_link_options(${target} PRIVATE -fsanitize=${ZIMCC_SANITIZE})
+    # Whatever links to an instrumented library needs the sanitizer's runtime, too.
+    target_link_options(${target} PUBLIC -fsanitize=${ZIMCC_SANITIZE})
   endif()
 endfunction()
 
