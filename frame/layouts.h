@@ -39,13 +39,12 @@ struct Interleaved {
   }
   static bool planesGiven(Source) { return true; }
 
-  template <int N>
+  // A block that is the last of its row is read short of its last gap, which may not be readable.
+  template <int N, Extent extent>
   ZIM_INLINE static Pixels<T, N, Channels> load(Position<const std::byte, 1> from) {
     if constexpr (hasGaps && N > 1) {
-      const auto all = zim::load<T, N, Stride>(from.plane[0]);
-      Pixels<T, N, Channels> pixels;
-      for (std::size_t c = 0; c < Channels; ++c) pixels[c] = all[c];
-      return pixels;
+      const auto all = zim::load<T, N, Stride, extent>(from.plane[0]);
+      return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return all[c]; });
     } else {
       return zim::load<T, N, Channels>(from.plane[0]);
     }
@@ -55,23 +54,27 @@ struct Interleaved {
   ZIM_INLINE static void store(Position<std::byte, 1> to, const Pixels<T, N, Channels>& pixels) {
     if constexpr (hasGaps && N > 1) {
       alignas(kRegisterBytes) std::byte all[N * static_cast<std::size_t>(pixelBytes)];
-      Pixels<T, N, Stride> padded;
-      for (std::size_t c = 0; c < Stride; ++c) padded[c] = c < Channels ? pixels[c] : pixels[0];
-      zim::store<T, N, Stride>(all, padded);
-      copy(to, {{all}}, N);
+      zim::store<T, N, Stride>(all,
+                               perChannel<Stride>([&](auto c) ZIM_LAMBDA { return pixels[c < Channels ? c : 0]; }));
+      write(to, {{all}}, N);
     } else {
       zim::store<T, N, Channels>(to.plane[0], pixels);
     }
   }
 
-  // Copies the samples of so many pixels; gaps of the target are not written.
-  ZIM_INLINE static void copy(Position<std::byte, 1> to, Position<const std::byte, 1> from, int pixels) {
+  // Copies so many pixels of an image for reading: all but the last gap.
+  ZIM_INLINE static void read(Position<std::byte, 1> to, Position<const std::byte, 1> from, int pixels) {
+    constexpr std::size_t gap = (Stride - Channels) * sizeof(T);
+    std::memcpy(to.plane[0], from.plane[0], static_cast<std::size_t>(pixels * pixelBytes) - gap);
+  }
+  // Copies so many pixels into an image, whose gaps stay as they are.
+  ZIM_INLINE static void write(Position<std::byte, 1> to, Position<const std::byte, 1> from, int pixels) {
     if constexpr (hasGaps) {
       for (int x = 0; x < pixels; ++x) {
         std::memcpy(to.plane[0] + x * pixelBytes, from.plane[0] + x * pixelBytes, Channels * sizeof(T));
       }
     } else {
-      std::memcpy(to.plane[0], from.plane[0], static_cast<std::size_t>(pixels * pixelBytes));
+      read(to, from, pixels);
     }
   }
 };
@@ -105,20 +108,21 @@ struct Planar {
     return true;
   }
 
-  template <int N>
+  template <int N, Extent>
   ZIM_INLINE static Pixels<T, N, Channels> load(Position<const std::byte, planes> from) {
-    Pixels<T, N, Channels> pixels;
-    for (std::size_t c = 0; c < Channels; ++c) pixels[c] = zim::load<T, N, 1>(from.plane[c])[0];
-    return pixels;
+    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return zim::load<T, N, 1>(from.plane[c])[0]; });
   }
   template <int N>
   ZIM_INLINE static void store(Position<std::byte, planes> to, const Pixels<T, N, Channels>& pixels) {
-    for (std::size_t c = 0; c < Channels; ++c) zim::store<T, N, 1>(to.plane[c], {pixels[c]});
+    forChannels<Channels>([&](auto c) ZIM_LAMBDA { zim::store<T, N, 1>(to.plane[c], {pixels[c]}); });
   }
-  ZIM_INLINE static void copy(Position<std::byte, planes> to, Position<const std::byte, planes> from, int pixels) {
+  ZIM_INLINE static void read(Position<std::byte, planes> to, Position<const std::byte, planes> from, int pixels) {
     for (std::size_t c = 0; c < Channels; ++c) {
       std::memcpy(to.plane[c], from.plane[c], static_cast<std::size_t>(pixels * pixelBytes));
     }
+  }
+  ZIM_INLINE static void write(Position<std::byte, planes> to, Position<const std::byte, planes> from, int pixels) {
+    read(to, from, pixels);
   }
 };
 
@@ -135,8 +139,8 @@ using P3 = Planar<T, 3>;
 template <class T>
 using P4 = Planar<T, 4, 3>;
 
-// A few pixels apart from their row, in the row's own layout: there a whole block can be loaded and stored where the row
-// has fewer pixels left.
+// A few pixels apart from their row, in the row's own layout: there a whole block can be loaded and stored where the
+// row has fewer pixels left.
 template <class Layout, int N>
 struct Block {
   alignas(kRegisterBytes) std::byte bytes[Layout::planes][N * static_cast<std::size_t>(Layout::pixelBytes)];

@@ -23,43 +23,46 @@ template <class To, class Kernel, class T, int N, std::size_t Channels>
 ZIM_INLINE auto applyKernel(const Kernel& kernel, const Pixels<T, N, Channels>& in) {
   using Sample = typename Kernel::Sample;
   if constexpr (N == 1 || N <= kLanes<Sample>) {
-    Pixels<Sample, N, Channels> samples;
-    for (std::size_t c = 0; c < Channels; ++c) samples[c] = convert<Sample>(in[c]);
-    const auto result = kernel(samples);
+    const auto result = kernel(perChannel<Channels>([&](auto c) ZIM_LAMBDA { return convert<Sample>(in[c]); }));
     if constexpr (N > 1) {
       return result;
     } else {
-      Pixels<To, 1, std::tuple_size_v<decltype(result)>> stored;
-      for (std::size_t c = 0; c < stored.size(); ++c) stored[c] = narrow<To>(result[c]);
-      return stored;
+      return perChannel<result.size()>([&](auto c) ZIM_LAMBDA { return narrow<To>(result[c]); });
     }
   } else if constexpr (kForm<T, N> == Form::split) {
-    Pixels<T, N / 2, Channels> lows, highs;
-    for (std::size_t c = 0; c < Channels; ++c) {
-      lows[c] = in[c].v.lo;
-      highs[c] = in[c].v.hi;
-    }
-    const auto lo = applyKernel<To>(kernel, lows);
-    const auto hi = applyKernel<To>(kernel, highs);
+    const auto lo = applyKernel<To>(kernel, lowHalves(in));
+    const auto hi = applyKernel<To>(kernel, highHalves(in));
     using Result = typename std::decay_t<decltype(lo[0])>::Element;
-    constexpr std::size_t outChannels = std::tuple_size_v<std::decay_t<decltype(lo)>>;
     // 32-bit results of 8-bit samples pass through 16 bits.
     using Narrowed = std::conditional_t<sizeof(Result) == sizeof(To), Result,
                                         std::conditional_t<sizeof(Result) == 2 * sizeof(To), To, Zim16s>>;
-    Pixels<Narrowed, N, outChannels> out;
-    for (std::size_t c = 0; c < outChannels; ++c) out[c] = narrow<Narrowed>(Lane<Result, N>::join(lo[c], hi[c]));
-    return out;
+    return perChannel<lo.size()>([&](auto c)
+                                     ZIM_LAMBDA { return narrow<Narrowed>(Lane<Result, N>::join(lo[c], hi[c])); });
   } else {
-    Pixels<Wider<T>, N, Channels> wider;
-    for (std::size_t c = 0; c < Channels; ++c) wider[c] = widen(in[c]);
-    return applyKernel<To>(kernel, wider);
+    return applyKernel<To>(kernel, perChannel<Channels>([&](auto c) ZIM_LAMBDA { return widen(in[c]); }));
   }
 }
 
-template <class Source, class Destination, int N, class Kernel>
-ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from, Position<std::byte, Destination::planes> to,
-                             const Kernel& kernel) {
-  const auto in = Source::template load<N>(from);
+// Kernels of one weighted sum have a second form on packed pixels, used where bytes go to bytes and it is the quicker.
+template <class Kernel, class Source, class Destination>
+inline constexpr bool usesPacked = std::is_same_v<Source, Interleaved<Zim8u, Source::channels, Source::pixelBytes>>&&
+    std::is_same_v<Destination, C1<Zim8u>>&& requires(const Kernel& kernel, PackedPixels pixels) {
+  kernel.packed(pixels);
+};
+
+template <class Source, class Destination, int N, Extent extent = Extent::whole, class Kernel>
+ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from,
+                             Position<std::byte, Destination::planes> to, const Kernel& kernel) {
+  if constexpr (N > 1 && usesPacked<Kernel, Source, Destination>) {
+    constexpr int part = kLanes<Zim32s>;
+    storeBytes(to.plane[0], perChannel<4>([&](auto i) ZIM_LAMBDA {
+                 constexpr std::size_t stride = Source::pixelBytes;
+                 constexpr Extent partExtent = i < 3 ? Extent::whole : stride == 3 ? Extent::shortOfLast : extent;
+                 return kernel.packed(loadPacked<stride, partExtent>(from.plane[0] + part * stride * i));
+               }));
+    return;
+  }
+  const auto in = Source::template load<N, extent>(from);
   Destination::template store<N>(to, applyKernel<typename Destination::Sample>(kernel, in));
 }
 
@@ -69,19 +72,22 @@ ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Posit
                            int width, const Kernel& kernel) {
   constexpr int block = std::max(kLanes<typename Source::Sample>, kLanes<typename Destination::Sample>);
   constexpr int fewPixels = block / 8 + 1;
-  // The last pixel's gap may not be readable: its block goes the way of the rest.
   const int wholeBlocks = Source::hasGaps ? width - 1 : width;
   int x = 0;
   for (; x <= wholeBlocks - block; x += block) {
-    convertBlock<Source, Destination, block>(from.at(x * Source::pixelBytes), to.at(x * Destination::pixelBytes), kernel);
+    convertBlock<Source, Destination, block>(from.at(x * Source::pixelBytes), to.at(x * Destination::pixelBytes),
+                                             kernel);
   }
   const int rest = width - x;
-  if (rest > fewPixels) {
+  if (Source::hasGaps && rest == block) {
+    convertBlock<Source, Destination, block, Extent::shortOfLast>(from.at(x * Source::pixelBytes),
+                                                                  to.at(x * Destination::pixelBytes), kernel);
+  } else if (rest > fewPixels && rest < block) {
     Block<Source, block> source = {};
     Block<Destination, block> destination;
-    Source::copy(source.start(), from.at(x * Source::pixelBytes), rest);
+    Source::read(source.start(), from.at(x * Source::pixelBytes), rest);
     convertBlock<Source, Destination, block>(readOnly(source.start()), destination.start(), kernel);
-    Destination::copy(to.at(x * Destination::pixelBytes), readOnly(destination.start()), rest);
+    Destination::write(to.at(x * Destination::pixelBytes), readOnly(destination.start()), rest);
   } else {
     for (; x < width; ++x) {
       convertBlock<Source, Destination, 1>(from.at(x * Source::pixelBytes), to.at(x * Destination::pixelBytes), kernel);
@@ -137,9 +143,10 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
       const auto from = source.at(std::ptrdiff_t{first} * call.srcStep);
       const auto to = destination.at(std::ptrdiff_t{first} * call.dstStep);
       for (Zim32s row = 0; row < count; ++row) {
-        convertRow<Source, Destination>(from.at(rowOffset<Rules::offsets, typename Source::Sample>(row, call.srcStep)),
-                                        to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep)),
-                                        call.roiSize.width, local);
+        convertRow<Source, Destination>(
+            from.at(rowOffset<Rules::offsets, typename Source::Sample>(row, call.srcStep)),
+            to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep)), call.roiSize.width,
+            local);
       }
     });
   });
@@ -154,10 +161,10 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
 
 // The body of an export: rules, source layout, destination layout, further parameters (ZIM_NOTHING or ZIM_AND(...)),
 // kernel.
-#define ZIM_PIXELWISE(name, rules, SourceLayout, DestinationLayout, parameters, ...)                               \
-  ZimResult ZIM_BODY(name)(SourceLayout::Source pSrc, Zim32s srcStep, DestinationLayout::Destination pDst,         \
-                           Zim32s dstStep, ZimiSize roiSize parameters) {                                          \
-    return zim::pixelwise<rules>(                                                                                  \
-        zim::Conversion<SourceLayout, DestinationLayout>{pSrc, srcStep, pDst, dstStep, roiSize},                   \
-        [&] { return __VA_ARGS__; });                                                                              \
+#define ZIM_PIXELWISE(name, rules, SourceLayout, DestinationLayout, parameters, ...)                       \
+  ZimResult ZIM_BODY(name)(SourceLayout::Source pSrc, Zim32s srcStep, DestinationLayout::Destination pDst, \
+                           Zim32s dstStep, ZimiSize roiSize parameters) {                                  \
+    return zim::pixelwise<rules>(                                                                          \
+        zim::Conversion<SourceLayout, DestinationLayout>{pSrc, srcStep, pDst, dstStep, roiSize},           \
+        [&] { return __VA_ARGS__; });                                                                      \
   }

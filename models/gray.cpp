@@ -23,12 +23,16 @@ struct Weights8u {
 
 // g = (a w0 + b w1 + c w2 + 2048) >> 12 in 32 bits, of which the low 8 bits are stored: sums above 255 wrap.
 //
-// A weight is low + 65536 high with a signed 16-bit low part. The fixed weights, and any within -8 to 8, have no high
-// part; of the others only the bits that reach the result are kept.
-template <bool wide>
+// A weight is low + 65536 high with a signed 16-bit low part. Weights from -8 to below 8 have no high part; of the
+// others only the bits that reach the result are kept.
+enum class Reach {
+  byte,   // no sum leaves 0 to 255, as with the fixed weights
+  wraps,  // weights of 16 bits
+  wide,   // any weights
+};
+template <Reach reach>
 struct Gray8u {
   using Sample = Zim16s;
-  Zim16s low[3], high[3];
 
   constexpr explicit Gray8u(const Weights8u& weights) {
     for (int c = 0; c < 3; ++c) {
@@ -39,12 +43,26 @@ struct Gray8u {
 
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 1> operator()(Pixels<Zim16s, N, 3> pixels) const {
-    const auto [a, b, c] = pixels;
-    const Lane<Zim16s, N> one = Zim16s{1};
-    auto sum = pairDot(a, b, low[0], low[1]) + pairDot(c, one, low[2], 2048);
-    if constexpr (wide) sum = sum + ((pairDot(a, b, high[0], high[1]) + pairDot(c, one, high[2], 0)) << 16);
-    return {narrow<Zim16s>((sum >> 12) & Lane<Zim32s, N>(255))};
+    const auto dot = [&](const Zim16s(&w)[3]) ZIM_LAMBDA {
+      return pairDot(pixels[0], pixels[1], w[0], w[1]) + pairDot(pixels[2], Lane<Zim16s, N>(0), w[2], 0);
+    };
+    return {narrow<Zim16s>(rounded(dot))};
   }
+
+  ZIM_INLINE auto packed(PackedPixels pixels) const {
+    return rounded([&](const Zim16s(&w)[3]) ZIM_LAMBDA { return dot(pixels, w[0], w[1], w[2]); });
+  }
+
+ private:
+  template <class Dot>
+  ZIM_INLINE auto rounded(const Dot& dot) const {
+    auto sum = dot(low);
+    if constexpr (reach == Reach::wide) sum = sum + (dot(high) << 16);
+    const auto gray = (sum + 2048) >> 12;
+    return reach == Reach::byte ? gray : gray & decltype(sum)(255);
+  }
+
+  Zim16s low[3], high[3];
 };
 
 struct ColorToGray8u {
@@ -52,11 +70,13 @@ struct ColorToGray8u {
 
   template <class Use>
   ZIM_INLINE void choose(const Use& use) const {
-    const bool wide = std::any_of(weights.w, weights.w + 3, [](Zim32s w) { return w != static_cast<Zim16s>(w); });
-    if (wide) {
-      use(Gray8u<true>(weights));
+    const auto all = [&](auto holds) { return std::all_of(weights.w, weights.w + 3, holds); };
+    if (all([](Zim32s w) { return w >= 0 && w <= 4096; }) && weights.w[0] + weights.w[1] + weights.w[2] <= 4096) {
+      use(Gray8u<Reach::byte>(weights));
+    } else if (all([](Zim32s w) { return w == static_cast<Zim16s>(w); })) {
+      use(Gray8u<Reach::wraps>(weights));
     } else {
-      use(Gray8u<false>(weights));
+      use(Gray8u<Reach::wide>(weights));
     }
   }
 };
@@ -131,8 +151,8 @@ using Threaded = Rules<N_S, Offsets::bytes32, Bands<32, 32>>;
 
 // clang-format off
 //            export                       rules     source        destination  further          kernel
-ZIM_PIXELWISE(zimiRGBToGray_8u_C3C1R,      Bytes,    C3<Zim8u>,    C1<Zim8u>,   ZIM_NOTHING,     Gray8u<false>(Weights8u()))
-ZIM_PIXELWISE(zimiRGBToGray_8u_AC4C1R,     Bytes,    AC4<Zim8u>,   C1<Zim8u>,   ZIM_NOTHING,     Gray8u<false>(Weights8u()))
+ZIM_PIXELWISE(zimiRGBToGray_8u_C3C1R,      Bytes,    C3<Zim8u>,    C1<Zim8u>,   ZIM_NOTHING,     Gray8u<Reach::byte>(Weights8u()))
+ZIM_PIXELWISE(zimiRGBToGray_8u_AC4C1R,     Bytes,    AC4<Zim8u>,   C1<Zim8u>,   ZIM_NOTHING,     Gray8u<Reach::byte>(Weights8u()))
 ZIM_PIXELWISE(zimiRGBToGray_16u_C3C1R,     Elements, C3<Zim16u>,   C1<Zim16u>,  ZIM_NOTHING,     Gray16u{})
 ZIM_PIXELWISE(zimiRGBToGray_16u_AC4C1R,    Elements, AC4<Zim16u>,  C1<Zim16u>,  ZIM_NOTHING,     Gray16u{})
 ZIM_PIXELWISE(zimiRGBToGray_16s_C3C1R,     Elements, C3<Zim16s>,   C1<Zim16s>,  ZIM_NOTHING,     Gray16s{})

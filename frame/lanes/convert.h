@@ -93,7 +93,8 @@ ZIM_INLINE Lane<To, N> narrow(Lane<T, N> a) {
       return Result(static_cast<To>(a.v));
     } else {
       constexpr T low = std::is_signed_v<To> ? -(T{1} << (8 * sizeof(To) - 1)) : T{0};
-      constexpr T high = static_cast<T>((std::is_signed_v<To> ? T{1} << (8 * sizeof(To) - 1) : T{1} << (8 * sizeof(To))) - 1);
+      constexpr T high =
+          static_cast<T>((std::is_signed_v<To> ? T{1} << (8 * sizeof(To) - 1) : T{1} << (8 * sizeof(To))) - 1);
       return Result(static_cast<To>(clamp(a, low, high).v));
     }
   } else if constexpr (sizeof(T) == 4 && sizeof(To) == 1) {

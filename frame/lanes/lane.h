@@ -19,19 +19,25 @@
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
+#include <utility>
 
 #include "frame/target.h"
 #include "zimcc.h"
 
 #define ZIM_INLINE [[gnu::always_inline]] inline
+#define ZIM_LAMBDA __attribute__((always_inline))
 
 // An intrinsic at the width of the build's registers.
 #if defined(__AVX2__)
 #define ZIM_MM(operation) _mm256_##operation
 #define ZIM_MM_BITS(operation) _mm256_##operation##_si256
+#define ZIM_FLOATS __m256
+#define ZIM_DOUBLES __m256d
 #else
 #define ZIM_MM(operation) _mm_##operation
 #define ZIM_MM_BITS(operation) _mm_##operation##_si128
+#define ZIM_FLOATS __m128
+#define ZIM_DOUBLES __m128d
 #endif
 
 namespace zim {
@@ -51,7 +57,7 @@ inline constexpr int kLanes = kRegisterBytes / static_cast<int>(sizeof(T));
 enum class Form { single, whole, split };
 
 template <class T, int N>
-inline constexpr Form kForm = N == 1            ? Form::single
+inline constexpr Form kForm = N == 1           ? Form::single
                               : N == kLanes<T> ? Form::whole
                                                : Form::split;
 
@@ -93,8 +99,8 @@ template <class T, int N>
 struct LaneValue<T, N, Form::single> {
   using Value = T;
   // Wide enough that nothing is promoted to a signed type, where overflow would be undefined.
-  using Wrapping =
-      std::conditional_t<std::is_floating_point_v<T>, T, std::conditional_t<sizeof(T) <= 4, std::uint32_t, std::uint64_t>>;
+  using Wrapping = std::conditional_t<std::is_floating_point_v<T>, T,
+                                      std::conditional_t<sizeof(T) <= 4, std::uint32_t, std::uint64_t>>;
   ZIM_INLINE static Value broadcast(T x) { return x; }
 };
 
@@ -137,23 +143,23 @@ struct LaneValue<T, N, Form::split> {
   ZIM_INLINE static Value broadcast(T x) { return {Lane<T, N / 2>(x), Lane<T, N / 2>(x)}; }
 };
 
-#define ZIM_LANE_ARITHMETIC(op)                                               \
-  ZIM_INLINE friend Lane operator op(Lane a, Lane b) {                        \
-    if constexpr (form == Form::split) {                                      \
-      return join(a.v.lo op b.v.lo, a.v.hi op b.v.hi);                        \
-    } else {                                                                  \
-      return Lane::of((Value)((Wrapping)a.v op (Wrapping)b.v));               \
-    }                                                                         \
+#define ZIM_LANE_ARITHMETIC(op)                                 \
+  ZIM_INLINE friend Lane operator op(Lane a, Lane b) {          \
+    if constexpr (form == Form::split) {                        \
+      return join(a.v.lo op b.v.lo, a.v.hi op b.v.hi);          \
+    } else {                                                    \
+      return Lane::of((Value)((Wrapping)a.v op(Wrapping) b.v)); \
+    }                                                           \
   }
-#define ZIM_LANE_COMPARISON(op)                                               \
-  ZIM_INLINE friend Mask operator op(Lane a, Lane b) {                        \
-    if constexpr (form == Form::split) {                                      \
-      return Mask::join(a.v.lo op b.v.lo, a.v.hi op b.v.hi);                  \
-    } else if constexpr (form == Form::single) {                              \
-      return Mask::of(static_cast<SignedOf<T>>(a.v op b.v ? -1 : 0));         \
-    } else {                                                                  \
-      return Mask::of((typename Mask::Value)(a.v op b.v));                    \
-    }                                                                         \
+#define ZIM_LANE_COMPARISON(op)                                       \
+  ZIM_INLINE friend Mask operator op(Lane a, Lane b) {                \
+    if constexpr (form == Form::split) {                              \
+      return Mask::join(a.v.lo op b.v.lo, a.v.hi op b.v.hi);          \
+    } else if constexpr (form == Form::single) {                      \
+      return Mask::of(static_cast<SignedOf<T>>(a.v op b.v ? -1 : 0)); \
+    } else {                                                          \
+      return Mask::of((typename Mask::Value)(a.v op b.v));            \
+    }                                                                 \
   }
 
 template <class T, int N>
@@ -237,11 +243,12 @@ ZIM_INLINE Lane<T, N> select(Lane<SignedOf<T>, N> mask, Lane<T, N> a, Lane<T, N>
     return mask.v != 0 ? a : b;
   } else {
 #if defined(__AVX2__)
-    return Lane<T, N>::of((typename Lane<T, N>::Value)_mm256_blendv_epi8((Register)b.v, (Register)a.v, (Register)mask.v));
+    return Lane<T, N>::of(
+        (typename Lane<T, N>::Value)_mm256_blendv_epi8((Register)b.v, (Register)a.v, (Register)mask.v));
 #else
     const auto bits = (Register)mask.v;
-    return Lane<T, N>::of(
-        (typename Lane<T, N>::Value)_mm_or_si128(_mm_and_si128(bits, (Register)a.v), _mm_andnot_si128(bits, (Register)b.v)));
+    return Lane<T, N>::of((typename Lane<T, N>::Value)_mm_or_si128(_mm_and_si128(bits, (Register)a.v),
+                                                                   _mm_andnot_si128(bits, (Register)b.v)));
 #endif
   }
 }
@@ -295,6 +302,33 @@ ZIM_INLINE Lane<Zim32f, N> squareRoot(Lane<Zim32f, N> a) {
 // A sample of each channel of N pixels.
 template <class T, int N, std::size_t Channels>
 using Pixels = std::array<Lane<T, N>, Channels>;
+
+// The array of f(0), f(1), ... for so many channels, f taking its channel as a constant. In place of a loop, which the
+// compiler would unroll too late to keep the lanes in registers.
+template <std::size_t Channels, class F>
+ZIM_INLINE auto perChannel(const F& f) {
+  return [&]<std::size_t... c>(std::index_sequence<c...>) ZIM_LAMBDA {
+    return std::array{f(std::integral_constant<std::size_t, c>())...};
+  }
+  (std::make_index_sequence<Channels>());
+}
+
+// f(0), f(1), ... in turn, for what it does.
+template <std::size_t Channels, class F>
+ZIM_INLINE void forChannels(const F& f) {
+  [&]<std::size_t... c>(std::index_sequence<c...>) ZIM_LAMBDA { (f(std::integral_constant<std::size_t, c>()), ...); }
+  (std::make_index_sequence<Channels>());
+}
+
+// The first, and the second, half of the lanes of each channel.
+template <class T, int N, std::size_t Channels>
+ZIM_INLINE Pixels<T, N / 2, Channels> lowHalves(const Pixels<T, N, Channels>& pixels) {
+  return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return pixels[c].v.lo; });
+}
+template <class T, int N, std::size_t Channels>
+ZIM_INLINE Pixels<T, N / 2, Channels> highHalves(const Pixels<T, N, Channels>& pixels) {
+  return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return pixels[c].v.hi; });
+}
 
 }  // namespace ZIM_TARGET_NAMESPACE
 }  // namespace zim

@@ -15,6 +15,9 @@ inline namespace ZIM_TARGET_NAMESPACE {
 // Exactly the bytes of one register, from two places 16 bytes wide that lie halfStride apart.
 ZIM_INLINE Register loadHalves(const std::byte* p, [[maybe_unused]] std::ptrdiff_t halfStride) {
 #if defined(__AVX2__)
+  if (__builtin_constant_p(halfStride == 16) && halfStride == 16) {
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+  }
   const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
   const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + halfStride));
   return _mm256_inserti128_si256(_mm256_castsi128_si256(low), high, 1);
@@ -24,10 +27,28 @@ ZIM_INLINE Register loadHalves(const std::byte* p, [[maybe_unused]] std::ptrdiff
 }
 ZIM_INLINE void storeHalves(std::byte* p, [[maybe_unused]] std::ptrdiff_t halfStride, Register a) {
 #if defined(__AVX2__)
+  if (__builtin_constant_p(halfStride == 16) && halfStride == 16) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), a);
+    return;
+  }
   _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(a));
   _mm_storeu_si128(reinterpret_cast<__m128i*>(p + halfStride), _mm256_extracti128_si256(a, 1));
 #else
   _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a);
+#endif
+}
+
+// The same, but for the last unread bytes of the second place: the upper half ends in zeros there.
+template <int unread>
+ZIM_INLINE Register loadHalvesShort(const std::byte* p, [[maybe_unused]] std::ptrdiff_t halfStride) {
+  const auto shortHalf = [](const std::byte* end) {
+    return _mm_srli_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(end - unread)), unread);
+  };
+#if defined(__AVX2__)
+  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+  return _mm256_inserti128_si256(_mm256_castsi128_si256(low), shortHalf(p + halfStride), 1);
+#else
+  return shortHalf(p);
 #endif
 }
 
@@ -62,7 +83,8 @@ template <std::size_t Channels>
 using Registers = std::array<Register, Channels>;
 
 // One perfect shuffle of all elements of the registers: the first half of them interleaved with the second half.
-// With n elements a register, k channels and log2(n) rounds, the element at k * pixel + channel comes to pixel + n * channel.
+// With n elements a register, k channels and log2(n) rounds, the element at k * pixel + channel comes to pixel + n *
+// channel.
 template <int ElementBytes>
 ZIM_INLINE Registers<3> perfectShuffle(Registers<3> r) {
   const auto upper = [](Register a) { return ZIM_MM(unpackhi_epi64)(a, a); };
@@ -71,8 +93,54 @@ ZIM_INLINE Registers<3> perfectShuffle(Registers<3> r) {
 }
 template <int ElementBytes>
 ZIM_INLINE Registers<4> perfectShuffle(Registers<4> r) {
-  return {unpackLow<ElementBytes>(r[0], r[2]), unpackHigh<ElementBytes>(r[0], r[2]), unpackLow<ElementBytes>(r[1], r[3]),
-          unpackHigh<ElementBytes>(r[1], r[3])};
+  return {unpackLow<ElementBytes>(r[0], r[2]), unpackHigh<ElementBytes>(r[0], r[2]),
+          unpackLow<ElementBytes>(r[1], r[3]), unpackHigh<ElementBytes>(r[1], r[3])};
+}
+
+template <int ElementBytes, int Rounds, std::size_t Channels>
+ZIM_INLINE Registers<Channels> perfectShuffles(Registers<Channels> r) {
+  if constexpr (Rounds == 0) {
+    return r;
+  } else {
+    return perfectShuffles<ElementBytes, Rounds - 1>(perfectShuffle<ElementBytes>(r));
+  }
+}
+
+// Rounds that bring interleaved channels apart: log2 of the elements in 16 bytes.
+template <int ElementBytes>
+inline constexpr int kRounds = std::bit_width(16U / ElementBytes) - 1;
+
+// Two elements of a, then two of b, in each half.
+template <int A0, int A1, int B0, int B1>
+ZIM_INLINE Register pick(Register a, Register b) {
+  return (Register)ZIM_MM(shuffle_ps)((ZIM_FLOATS)a, (ZIM_FLOATS)b, _MM_SHUFFLE(B1, B0, A1, A0));
+}
+// An element of 8 bytes of a, then one of b.
+template <int A, int B>
+ZIM_INLINE Register pickWide(Register a, Register b) {
+  constexpr int selector = kHalves == 1 ? A | B << 1 : (A | B << 1) * 5;
+  return (Register)ZIM_MM(shuffle_pd)((ZIM_DOUBLES)a, (ZIM_DOUBLES)b, selector);
+}
+
+// Three channels of 4 or 8 bytes.
+template <int ElementBytes>
+ZIM_INLINE Registers<3> deinterleaveWide(Registers<3> r) {
+  if constexpr (ElementBytes == 4) {
+    const Register xy23 = pick<2, 3, 1, 2>(r[1], r[2]), yz01 = pick<1, 2, 0, 1>(r[0], r[1]);
+    return {pick<0, 3, 0, 2>(r[0], xy23), pick<0, 2, 1, 3>(yz01, xy23), pick<1, 3, 0, 3>(yz01, r[2])};
+  } else {
+    return {pickWide<0, 1>(r[0], r[1]), pickWide<1, 0>(r[0], r[2]), pickWide<0, 1>(r[1], r[2])};
+  }
+}
+template <int ElementBytes>
+ZIM_INLINE Registers<3> interleaveWide(Registers<3> channel) {
+  const auto [x, y, z] = channel;
+  if constexpr (ElementBytes == 4) {
+    const Register x02y02 = pick<0, 2, 0, 2>(x, y), y13z13 = pick<1, 3, 1, 3>(y, z), z02x13 = pick<0, 2, 1, 3>(z, x);
+    return {pick<0, 2, 0, 2>(x02y02, z02x13), pick<0, 2, 1, 3>(y13z13, x02y02), pick<1, 3, 1, 3>(z02x13, y13z13)};
+  } else {
+    return {pickWide<0, 0>(x, y), pickWide<0, 1>(z, x), pickWide<1, 1>(y, z)};
+  }
 }
 
 #if defined(__AVX2__)
@@ -122,43 +190,42 @@ ZIM_INLINE Register blendChannel(Register a, Register b) {
       return table;
     }();
     return _mm256_blendv_epi8(a, b, inBothHalves(mask));
-  } else if constexpr (ElementBytes == 2) {
+  } else {
     constexpr int mask = [] {
       int bits = 0;
       for (int i = 0; i < 8; ++i) bits |= Layout::belongs(i, R, C) << i;
       return bits;
     }();
     return _mm256_blend_epi16(a, b, mask);
-  } else {
-    constexpr int mask = [] {
-      int bits = 0;
-      for (int i = 0; i < 8; ++i) bits |= Layout::belongs(i % 4 * 4 / ElementBytes, R, C) << i;
-      return bits;
-    }();
-    return _mm256_blend_epi32(a, b, mask);
   }
 }
 
 template <int ElementBytes, int C>
 ZIM_INLINE Register gatherChannel(Registers<3> r) {
-  const Register blended =
-      blendChannel<ElementBytes, 2, C>(blendChannel<ElementBytes, 1, C>(r[0], r[1]), r[2]);
+  const Register blended = blendChannel<ElementBytes, 2, C>(blendChannel<ElementBytes, 1, C>(r[0], r[1]), r[2]);
   return _mm256_shuffle_epi8(blended, inBothHalves(ThreeChannels<ElementBytes>::gather[C]));
 }
 template <int ElementBytes>
 ZIM_INLINE Registers<3> deinterleave(Registers<3> r) {
-  return {gatherChannel<ElementBytes, 0>(r), gatherChannel<ElementBytes, 1>(r), gatherChannel<ElementBytes, 2>(r)};
+  if constexpr (ElementBytes >= 4) {
+    return deinterleaveWide<ElementBytes>(r);
+  } else {
+    return {gatherChannel<ElementBytes, 0>(r), gatherChannel<ElementBytes, 1>(r), gatherChannel<ElementBytes, 2>(r)};
+  }
 }
 
 template <int ElementBytes>
 ZIM_INLINE Registers<3> interleave(Registers<3> channel) {
-  using Layout = ThreeChannels<ElementBytes>;
-  const Register a = _mm256_shuffle_epi8(channel[0], inBothHalves(Layout::scatter[0]));
-  const Register b = _mm256_shuffle_epi8(channel[1], inBothHalves(Layout::scatter[1]));
-  const Register c = _mm256_shuffle_epi8(channel[2], inBothHalves(Layout::scatter[2]));
-  return {blendChannel<ElementBytes, 0, 2>(blendChannel<ElementBytes, 0, 1>(a, b), c),
-          blendChannel<ElementBytes, 1, 2>(blendChannel<ElementBytes, 1, 1>(a, b), c),
-          blendChannel<ElementBytes, 2, 2>(blendChannel<ElementBytes, 2, 1>(a, b), c)};
+  if constexpr (ElementBytes >= 4) {
+    return interleaveWide<ElementBytes>(channel);
+  } else {
+    using Layout = ThreeChannels<ElementBytes>;
+    const auto [a, b, c] = perChannel<3>(
+        [&](auto i) ZIM_LAMBDA { return _mm256_shuffle_epi8(channel[i], inBothHalves(Layout::scatter[i])); });
+    return {blendChannel<ElementBytes, 0, 2>(blendChannel<ElementBytes, 0, 1>(a, b), c),
+            blendChannel<ElementBytes, 1, 2>(blendChannel<ElementBytes, 1, 1>(a, b), c),
+            blendChannel<ElementBytes, 2, 2>(blendChannel<ElementBytes, 2, 1>(a, b), c)};
+  }
 }
 
 template <int ElementBytes>
@@ -166,11 +233,11 @@ ZIM_INLINE Registers<4> deinterleave(Registers<4> r) {
   if constexpr (ElementBytes == 1) {
     // Four pixels to a group of four bytes a channel, then a transposition of 4 by 4 groups.
     static constexpr ByteTable groups = {0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15};
-    for (Register& x : r) x = _mm256_shuffle_epi8(x, inBothHalves(groups));
-    return perfectShuffle<4>(perfectShuffle<4>(r));
+    const Register order = inBothHalves(groups);
+    r = perChannel<4>([&](auto c) ZIM_LAMBDA { return _mm256_shuffle_epi8(r[c], order); });
+    return perfectShuffles<4, 2>(r);
   } else {
-    for (int n = 16 / ElementBytes; n > 1; n /= 2) r = perfectShuffle<ElementBytes>(r);
-    return r;
+    return perfectShuffles<ElementBytes, kRounds<ElementBytes>>(r);
   }
 }
 
@@ -178,48 +245,34 @@ ZIM_INLINE Registers<4> deinterleave(Registers<4> r) {
 
 template <int ElementBytes, std::size_t Channels>
 ZIM_INLINE Registers<Channels> deinterleave(Registers<Channels> r) {
-  for (int n = 16 / ElementBytes; n > 1; n /= 2) r = perfectShuffle<ElementBytes>(r);
-  return r;
+  if constexpr (Channels == 3 && ElementBytes >= 4) return deinterleaveWide<ElementBytes>(r);
+  return perfectShuffles<ElementBytes, kRounds<ElementBytes>>(r);
 }
 
 // Closes up the pixels of four registers whose 64-bit halves hold six bytes of samples each, two zero bytes above.
 ZIM_INLINE Registers<3> closeUp(Registers<4> r) {
-  for (__m128i& x : r) {
-    x = _mm_or_si128(_mm_move_epi64(x), _mm_slli_si128(_mm_unpackhi_epi64(x, _mm_setzero_si128()), 6));
-  }
+  r = perChannel<4>([&](auto c) ZIM_LAMBDA {
+    return _mm_or_si128(_mm_move_epi64(r[c]), _mm_slli_si128(_mm_unpackhi_epi64(r[c], _mm_setzero_si128()), 6));
+  });
   return {_mm_or_si128(r[0], _mm_slli_si128(r[1], 12)), _mm_or_si128(_mm_srli_si128(r[1], 4), _mm_slli_si128(r[2], 8)),
           _mm_or_si128(_mm_srli_si128(r[2], 8), _mm_slli_si128(r[3], 4))};
 }
 
 template <int ElementBytes>
 ZIM_INLINE Registers<3> interleave(Registers<3> channel) {
-  const auto [a, b, c] = channel;
   if constexpr (ElementBytes <= 2) {
-    const __m128i zero = _mm_setzero_si128();
-    Registers<4> r = perfectShuffle<ElementBytes>(perfectShuffle<ElementBytes>(Registers<4>{a, b, c, zero}));
+    Registers<4> r =
+        perfectShuffles<ElementBytes, 2>(Registers<4>{channel[0], channel[1], channel[2], _mm_setzero_si128()});
     if constexpr (ElementBytes == 1) {
       // Two pixels of three bytes and a zero byte in 64 bits: move the upper one down beside the lower.
       const __m128i first = _mm_set1_epi64x(0xFFFFFF), second = _mm_set1_epi64x(0xFFFFFF000000);
-      for (__m128i& x : r) x = _mm_or_si128(_mm_and_si128(x, first), _mm_and_si128(_mm_srli_epi64(x, 8), second));
+      r = perChannel<4>([&](auto i) ZIM_LAMBDA {
+        return _mm_or_si128(_mm_and_si128(r[i], first), _mm_and_si128(_mm_srli_epi64(r[i], 8), second));
+      });
     }
     return closeUp(r);
-  } else if constexpr (ElementBytes == 4) {
-    const auto pick = [](__m128i x, __m128i y, auto selector) {
-      return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(x), _mm_castsi128_ps(y), decltype(selector)::value));
-    };
-    constexpr std::integral_constant<int, _MM_SHUFFLE(1, 1, 0, 0)> lanes0011;
-    constexpr std::integral_constant<int, _MM_SHUFFLE(1, 1, 1, 1)> lanes1111;
-    constexpr std::integral_constant<int, _MM_SHUFFLE(2, 2, 2, 2)> lanes2222;
-    constexpr std::integral_constant<int, _MM_SHUFFLE(3, 3, 2, 2)> lanes2233;
-    constexpr std::integral_constant<int, _MM_SHUFFLE(2, 0, 1, 0)> lanes0102;
-    constexpr std::integral_constant<int, _MM_SHUFFLE(2, 0, 2, 0)> lanes0202;
-    constexpr std::integral_constant<int, _MM_SHUFFLE(3, 2, 2, 0)> lanes0223;
-    return {pick(_mm_unpacklo_epi32(a, b), pick(c, a, lanes0011), lanes0102),
-            pick(pick(b, c, lanes1111), pick(a, b, lanes2222), lanes0202),
-            pick(pick(c, a, lanes2233), _mm_unpackhi_epi32(b, c), lanes0223)};
   } else {
-    const auto middle = _mm_shuffle_pd(_mm_castsi128_pd(c), _mm_castsi128_pd(a), 2);
-    return {_mm_unpacklo_epi64(a, b), _mm_castpd_si128(middle), _mm_unpackhi_epi64(b, c)};
+    return interleaveWide<ElementBytes>(channel);
   }
 }
 
@@ -227,32 +280,39 @@ ZIM_INLINE Registers<3> interleave(Registers<3> channel) {
 
 template <int ElementBytes>
 ZIM_INLINE Registers<4> interleave(Registers<4> channel) {
-  return perfectShuffle<ElementBytes>(perfectShuffle<ElementBytes>(channel));
+  return perfectShuffles<ElementBytes, 2>(channel);
 }
 
 // ---- Blocks of pixels ----
 
 // Bytes of one half of a block of N pixels with so many interleaved channels.
 template <class T, int N, std::size_t Channels>
-inline constexpr std::ptrdiff_t kHalfStride = N / kHalves * static_cast<std::ptrdiff_t>(sizeof(T) * Channels);
+inline constexpr std::ptrdiff_t kHalfStride = N / kHalves* static_cast<std::ptrdiff_t>(sizeof(T) * Channels);
 
-// Loads N pixels of interleaved channels (one channel: contiguous samples); reads those bytes and no others.
-template <class T, int N, std::size_t Channels>
+// Loads N pixels of interleaved channels (one channel: contiguous samples); reads those bytes and no others. A short
+// load leaves out the very last sample and gives zero for it.
+enum class Extent { whole, shortOfLast };
+
+template <class T, int N, std::size_t Channels, Extent extent = Extent::whole>
 ZIM_INLINE Pixels<T, N, Channels> load(const std::byte* p, std::ptrdiff_t halfStride = kHalfStride<T, N, Channels>) {
-  Pixels<T, N, Channels> pixels;
   if constexpr (N == 1) {
-    for (std::size_t c = 0; c < Channels; ++c) std::memcpy(&pixels[c].v, p + c * sizeof(T), sizeof(T));
+    return perChannel<Channels>([&](auto c) ZIM_LAMBDA {
+      T sample;
+      std::memcpy(&sample, p + c * sizeof(T), sizeof(T));
+      return Lane<T, N>(sample);
+    });
   } else if constexpr (kForm<T, N> == Form::split) {
     const auto lo = load<T, N / 2, Channels>(p, halfStride);
-    const auto hi = load<T, N / 2, Channels>(p + kHalfStride<T, N / 2, Channels>, halfStride);
-    for (std::size_t c = 0; c < Channels; ++c) pixels[c] = Lane<T, N>::join(lo[c], hi[c]);
+    const auto hi = load<T, N / 2, Channels, extent>(p + kHalfStride<T, N / 2, Channels>, halfStride);
+    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::join(lo[c], hi[c]); });
   } else {
-    Registers<Channels> r;
-    for (std::size_t c = 0; c < Channels; ++c) r[c] = loadHalves(p + 16 * c, halfStride);
+    Registers<Channels> r = perChannel<Channels>([&](auto c) ZIM_LAMBDA {
+      constexpr bool isShort = extent == Extent::shortOfLast && c == Channels - 1;
+      return isShort ? loadHalvesShort<sizeof(T)>(p + 16 * c, halfStride) : loadHalves(p + 16 * c, halfStride);
+    });
     if constexpr (Channels > 1) r = deinterleave<sizeof(T)>(r);
-    for (std::size_t c = 0; c < Channels; ++c) pixels[c].v = (typename Lane<T, N>::Value)r[c];
+    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::of((typename Lane<T, N>::Value)r[c]); });
   }
-  return pixels;
 }
 
 // Stores N pixels with their channels interleaved; writes those bytes and no others.
@@ -260,21 +320,71 @@ template <class T, int N, std::size_t Channels>
 ZIM_INLINE void store(std::byte* p, const Pixels<T, N, Channels>& pixels,
                       std::ptrdiff_t halfStride = kHalfStride<T, N, Channels>) {
   if constexpr (N == 1) {
-    for (std::size_t c = 0; c < Channels; ++c) std::memcpy(p + c * sizeof(T), &pixels[c].v, sizeof(T));
+    forChannels<Channels>([&](auto c) ZIM_LAMBDA { std::memcpy(p + c * sizeof(T), &pixels[c].v, sizeof(T)); });
   } else if constexpr (kForm<T, N> == Form::split) {
-    Pixels<T, N / 2, Channels> lo, hi;
-    for (std::size_t c = 0; c < Channels; ++c) {
-      lo[c] = pixels[c].v.lo;
-      hi[c] = pixels[c].v.hi;
-    }
-    store<T, N / 2, Channels>(p, lo, halfStride);
-    store<T, N / 2, Channels>(p + kHalfStride<T, N / 2, Channels>, hi, halfStride);
+    store<T, N / 2, Channels>(p, lowHalves(pixels), halfStride);
+    store<T, N / 2, Channels>(p + kHalfStride<T, N / 2, Channels>, highHalves(pixels), halfStride);
   } else {
-    Registers<Channels> r;
-    for (std::size_t c = 0; c < Channels; ++c) r[c] = (Register)pixels[c].v;
+    Registers<Channels> r = perChannel<Channels>([&](auto c) ZIM_LAMBDA { return (Register)pixels[c].v; });
     if constexpr (Channels > 1) r = interleave<sizeof(T)>(r);
-    for (std::size_t c = 0; c < Channels; ++c) storeHalves(p + 16 * c, halfStride, r[c]);
+    forChannels<Channels>([&](auto c) ZIM_LAMBDA { storeHalves(p + 16 * c, halfStride, r[c]); });
   }
+}
+
+// ---- Packed pixels, for weighted sums of 8-bit samples ----
+
+// As many pixels as 32-bit lanes, in the order of memory: samples 0 and 2, and samples 1 and 3, as 16-bit pairs. Where
+// a pixel has three samples the last one has no meaning.
+struct PackedPixels {
+  Register even, odd;
+};
+
+// Loads packed pixels that lie Stride samples apart. Pixels of three samples are read with four bytes of what follows
+// unless the load is short, those of four with all their bytes but, in a short load, the last.
+template <std::size_t Stride, Extent extent>
+ZIM_INLINE PackedPixels loadPacked(const std::byte* p) {
+  constexpr int unread = Stride == 4 ? 1 : 4;
+  const auto split = [](Register pixels) -> PackedPixels {
+    return {pixels & ZIM_MM(set1_epi32)(0x00FF00FF), ZIM_MM(srli_epi16)(pixels, 8)};
+  };
+  if constexpr (Stride == 4) {
+    return split(extent == Extent::shortOfLast ? loadHalvesShort<unread>(p, 16) : loadHalves(p, 16));
+  } else {
+#if defined(__AVX2__)
+    // Four pixels are the first 12 bytes of the lower half, and the last 12 of the upper: nothing beyond them is read.
+    const Register r = loadHalves(p, 8);
+    const auto even = _mm256_setr_epi8(0, -1, 2, -1, 3, -1, 5, -1, 6, -1, 8, -1, 9, -1, 11, -1,  //
+                                       4, -1, 6, -1, 7, -1, 9, -1, 10, -1, 12, -1, 13, -1, 15, -1);
+    const auto odd = _mm256_setr_epi8(1, -1, -1, -1, 4, -1, -1, -1, 7, -1, -1, -1, 10, -1, -1, -1,  //
+                                      5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1, 14, -1, -1, -1);
+    return {_mm256_shuffle_epi8(r, even), _mm256_shuffle_epi8(r, odd)};
+#else
+    const __m128i r = extent == Extent::shortOfLast ? loadHalvesShort<unread>(p, 16) : loadHalves(p, 16);
+    return split(_mm_unpacklo_epi64(_mm_unpacklo_epi32(r, _mm_srli_si128(r, 3)),
+                                    _mm_unpacklo_epi32(_mm_srli_si128(r, 6), _mm_srli_si128(r, 9))));
+#endif
+  }
+}
+
+// w0 s0 + w1 s1 + w2 s2 in 32 bits; a fourth sample is left out.
+ZIM_INLINE Lane<Zim32s, kLanes<Zim32s>> dot(PackedPixels pixels, Zim16s w0, Zim16s w1, Zim16s w2) {
+  const auto pair = [](Zim16s low, Zim16s high) {
+    return ZIM_MM(set1_epi32)(
+        static_cast<int>(static_cast<Zim16u>(low) | static_cast<Zim32u>(static_cast<Zim16u>(high)) << 16));
+  };
+  using Result = Lane<Zim32s, kLanes<Zim32s>>;
+  return Result::of((Result::Value)ZIM_MM(add_epi32)(ZIM_MM(madd_epi16)(pixels.even, pair(w0, w2)),
+                                                     ZIM_MM(madd_epi16)(pixels.odd, pair(w1, 0))));
+}
+
+// Four registers of values within 0 to 255, in the order of memory, as bytes.
+ZIM_INLINE void storeBytes(std::byte* p, const std::array<Lane<Zim32s, kLanes<Zim32s>>, 4>& a) {
+  const auto r = perChannel<4>([&](auto i) ZIM_LAMBDA { return (Register)a[i].v; });
+  Register bytes = ZIM_MM(packus_epi16)(ZIM_MM(packs_epi32)(r[0], r[1]), ZIM_MM(packs_epi32)(r[2], r[3]));
+#if defined(__AVX2__)
+  bytes = _mm256_permutevar8x32_epi32(bytes, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7));
+#endif
+  storeHalves(p, 16, bytes);
 }
 
 }  // namespace ZIM_TARGET_NAMESPACE
