@@ -1,0 +1,211 @@
+#include "tools/catalogue/catalogue.h"
+
+#include <fnmatch.h>
+
+#include <algorithm>
+#include <array>
+#include <regex>
+
+namespace zim::catalogue {
+namespace {
+
+bool matches(const char* pattern, const std::string& name) { return fnmatch(pattern, name.c_str(), FNM_EXTMATCH) == 0; }
+
+// ---- What names do not tell. In each table the first row that matches counts. -------------------------------------
+
+struct Family {
+  const char* pattern;
+  std::string_view name;
+  ZimiSize least;
+};
+
+constexpr Family kFamilies[] = {
+    {"zimi*ToGray_*", "gray", {1, 1}},
+    {"zimi@(RGBToY@(CbCr|UV)|Y@(CbCr|UV)To@(RGB|BGR))_*", "full-resolution luma-chroma", {1, 1}},
+    {"zimi*YCoCg*", "ycocg", {0, 0}},
+    {"zimiColorTwist*", "colour twist", {1, 1}},
+    {"zimiGamma@(Fwd|Inv)_*", "gamma", {1, 1}},
+    {"zimiToneMap*", "tone mapping", {1, 1}},
+};
+
+struct FurtherArguments {
+  const char* pattern;
+  std::vector<Argument> arguments;
+};
+
+const std::vector<FurtherArguments>& furtherArguments() {
+  using enum SampleType;
+  // Luma weights other than the fixed ones; sepia with small offsets; four colours that mix with one another.
+  static const std::vector<double> weights = {0.2126, 0.7152, 0.0722};
+  static const std::vector<double> sepia = {0.393, 0.769, 0.189, 0.25,  //
+                                            0.349, 0.686, 0.168, 0.0,   //
+                                            0.272, 0.534, 0.131, -0.125};
+  static const std::vector<double> mixture = {0.7, 0.1,  0.1, 0.1,   //
+                                              0.2, 0.9,  0.0, -0.1,  //
+                                              0.0, -0.3, 1.2, 0.1,   //
+                                              0.1, 0.2,  0.3, 0.4};
+  static const std::vector<FurtherArguments> table = {
+      {"zimiColorToGray_64f_*", {{"coeffs", f64, true, true, weights}}},
+      {"zimiColorToGray_*", {{"coeffs", f32, true, true, weights}}},
+      {"zimiColorTwist_32f_C4R", {{"twist", f32, true, false, mixture}}},
+      {"zimiColorTwist*", {{"twist", f32, true, false, sepia}}},
+      {"zimiGamma*_32f_*", {{"vMin", f32, false, false, {0}}, {"vMax", f32, false, false, {1}}}},
+  };
+  return table;
+}
+
+// ---- What names tell ----------------------------------------------------------------------------------------------
+
+SampleType sampleTypeOf(const std::string& word) {
+  const auto* traits = std::ranges::find(kSampleTraits, std::string_view(word), &SampleTraits::name);
+  return static_cast<SampleType>(traits - kSampleTraits);
+}
+
+// A colour model: letters that give the order of samples, digits that give the sub-sampling or the bits of a packed
+// pixel.
+struct Colour {
+  std::string letters, digits;
+
+  bool lumaChroma() const { return letters.find('Y') != std::string::npos && !digits.empty(); }
+  bool packed() const { return !lumaChroma() && !digits.empty(); }
+};
+
+struct Grid {
+  std::string_view digits;
+  int across, down;
+};
+constexpr Grid kGrids[] = {{"444", 1, 1}, {"422", 2, 1}, {"420", 2, 2}, {"411", 4, 1}, {"1620", 4, 4}};
+
+struct Conversion {
+  Colour source, destination;
+};
+
+// The colours of "YCbCr420ToBGR565Dither"; of "YCbCr420To411", whose letters stand once; of "YCbCr420", which only
+// changes layout. Operations within any one model name no colours.
+Conversion conversionOf(const std::string& operation) {
+  static const std::regex conversion(R"(([A-Z][A-Za-z]*?)(\d*)To([A-Z][A-Za-z]*?)?(\d*)(?:Dither|Gamma)?)");
+  static const std::regex layoutChange(R"((Y[A-Za-z]+)(\d+))");
+  std::smatch m;
+  if (std::regex_match(operation, m, conversion)) {
+    return {{m[1], m[2]}, {m[3].matched ? m[3] : m[1], m[4]}};
+  }
+  if (std::regex_match(operation, m, layoutChange)) return {{m[1], m[2]}, {m[1], m[2]}};
+  return {};
+}
+
+Side sideOf(const std::string& layout, SampleType type, const Colour& colour, bool hasSteps) {
+  Side side;
+  side.type = type;
+  side.layout = layout;
+  side.colourWord = colour.letters + colour.digits;
+  const int channels = layout.back() - '0';
+  const bool planar = layout.find('P') != std::string::npos;
+  if (!planar) {
+    const int samples = colour.packed() ? 1 : channels;
+    side.planes = {{.type = type, .samples = samples, .usedSamples = samples}};
+    side.steps = hasSteps ? Steps::one : Steps::none;
+    return side;
+  }
+  side.planes.assign(static_cast<std::size_t>(channels), {.type = type});
+  side.pointerArray = channels > 2;
+  const auto* grid = std::ranges::find(kGrids, std::string_view(colour.digits), &Grid::digits);
+  if (colour.lumaChroma() && grid != std::end(kGrids)) {
+    for (auto& plane : std::span(side.planes).subspan(1)) {
+      plane.pixelsAcross = grid->across;
+      plane.pixelsDown = grid->down;
+      // Contiguous chroma rows are width >> 1 long where rows share chroma too.
+      plane.wholeGroupsOnly = !hasSteps && grid->down > 1;
+      if (channels == 2) plane.samples = plane.usedSamples = 2;
+    }
+    side.steps = Steps::perPlane;
+  }
+  if (!hasSteps) side.steps = Steps::none;
+  return side;
+}
+
+// The fourth of four interleaved samples is a colour, a copied alpha or a stored fill value, or else is left alone.
+void settleFourthSample(Side& source, Side& destination) {
+  const bool fourPlanes = destination.planes.size() == 4;
+  if ((source.layout == "AC4" && !fourPlanes) || (source.layout == "C4" && destination.layout != "C4")) {
+    source.planes[0].usedSamples = 3;
+  }
+  if (destination.layout == "AC4" && !source.pointerArray) destination.planes[0].usedSamples = 3;
+}
+
+// Whoever writes four samples from three is told the fourth.
+bool takesFill(const Side& source, const Side& destination) {
+  return destination.layout == "C4" && source.layout.back() != '4';
+}
+
+}  // namespace
+
+std::optional<Export> describe(std::string_view name) {
+  static const std::regex grammar(
+      "zimi([A-Za-z0-9]+)(?:_([A-Za-z0-9]+))?"
+      "_(8u|8s|16u|16s|32s|32f|64f)(1u|8u|8s|16u|16s|32s|32f|64f)?"
+      "_(I?)(C[1-4]|AC4|P[2-4]|AP4)(C[1-4]|AC4|P[2-4]|AP4)?(I?)(R?)");
+  Export e;
+  e.name = name;
+  std::smatch m;
+  if (!std::regex_match(e.name, m, grammar)) return std::nullopt;
+  e.operation = m[1];
+  e.variant = m[2];
+  e.inPlace = m[5].length() + m[8].length() > 0;
+
+  const auto sourceType = sampleTypeOf(m[3]);
+  const auto destinationType = m[4].matched ? sampleTypeOf(m[4]) : sourceType;
+  const Conversion conversion = conversionOf(e.operation);
+  const bool hasSteps = m[9].length() > 0;
+  e.source = sideOf(m[6], sourceType, conversion.source, hasSteps);
+  e.destination = sideOf(m[7].matched ? m[7] : m[6], destinationType, conversion.destination, hasSteps);
+  settleFourthSample(e.source, e.destination);
+
+  const auto family = std::ranges::find_if(kFamilies, [&](const Family& f) { return matches(f.pattern, e.name); });
+  if (family != std::end(kFamilies)) {
+    e.family = family->name;
+    e.least = family->least;
+  }
+  const auto further =
+      std::ranges::find_if(furtherArguments(), [&](const FurtherArguments& f) { return matches(f.pattern, e.name); });
+  if (further != furtherArguments().end()) e.further = further->arguments;
+  if (takesFill(e.source, e.destination)) e.further.push_back({"aval", destinationType, false, false, {255}});
+  return e;
+}
+
+std::span<const Export> exports() {
+  static const std::vector<Export> all = [] {
+    struct Symbol {
+      const char* name;
+      AnyFunction function;
+    };
+    constexpr auto any = [](auto* function) { return reinterpret_cast<AnyFunction>(function); };
+    const Symbol symbols[] = {
+#define ZIM_EXPORT(name) {#name, any(&name)},
+#include "frame/exports.def"
+#undef ZIM_EXPORT
+    };
+    std::vector<Export> described;
+    for (const Symbol& symbol : symbols) {
+      described.push_back(describe(symbol.name).value());
+      described.back().function = symbol.function;
+    }
+    return described;
+  }();
+  return all;
+}
+
+const Export* find(std::string_view name) {
+  const auto all = exports();
+  const auto found = std::ranges::lower_bound(all, name, {}, &Export::name);
+  return found != all.end() && found->name == name ? &*found : nullptr;
+}
+
+std::vector<const Export*> matching(const std::string& pattern) {
+  std::vector<const Export*> found;
+  for (const Export& e : exports()) {
+    if (matches(pattern.c_str(), e.name)) found.push_back(&e);
+  }
+  return found;
+}
+
+}  // namespace zim::catalogue

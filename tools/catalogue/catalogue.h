@@ -1,0 +1,85 @@
+// Every image operation, described by what its name says: samples, planes, steps, further arguments.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/catalogue/sample_type.h"
+#include "zimcc.h"
+
+namespace zim::catalogue {
+
+// Geometry of one plane: a row of it is a run of groups, each of `samples` samples for `pixelsAcross` pixels, and it
+// has one row for every `pixelsDown` rows of the image.
+struct Plane {
+  SampleType type = SampleType::u8;
+  int samples = 1;
+  int usedSamples = 1;  // 3 of 4 where the fourth is neither read nor written
+  int pixelsAcross = 1;
+  int pixelsDown = 1;
+  bool wholeGroupsOnly = false;  // an incomplete last group has no samples; otherwise it has all of them
+
+  int groups(int width) const { return (wholeGroupsOnly ? width : width + pixelsAcross - 1) / pixelsAcross; }
+  std::size_t rowBytes(int width) const {
+    return (static_cast<std::size_t>(groups(width)) * static_cast<std::size_t>(samples * bits(type)) + 7) / 8;
+  }
+  int rows(int height) const { return (height + pixelsDown - 1) / pixelsDown; }
+
+  bool operator==(const Plane&) const = default;
+};
+
+enum class Steps { none, one, perPlane };
+
+// Source or destination. With pointerArray the planes are passed as the address of an array of pointers, and steps per
+// plane as the address of an array. Otherwise each plane is a pointer followed by its step, if there are steps.
+struct Side {
+  SampleType type = SampleType::u8;
+  std::string layout;      // "C3", "AC4", "P2"
+  std::string colourWord;  // "BGR", "YCbCr420"; empty where the operation knows no colours
+  std::vector<Plane> planes;
+  bool pointerArray = false;
+  Steps steps = Steps::one;
+
+  bool operator==(const Side&) const = default;
+};
+
+// An argument after the size.
+struct Argument {
+  std::string_view name;
+  SampleType type;
+  bool array;                 // passed as a pointer to its elements
+  bool mayBeNull;             // null selects the operation's own values
+  std::vector<double> usual;  // what serves as a value where none is asked for: one number, or each element
+};
+
+using AnyFunction = void (*)();
+
+struct Export {
+  std::string name;
+  std::string operation;  // "YCbCr420ToBGR565Dither"
+  std::string variant;    // "709CSC", or empty
+  std::string_view family;
+  Side source, destination;  // equal in place
+  bool inPlace = false;
+  std::vector<Argument> further;
+  ZimiSize least = {1, 1};         // below it zimResultBadSize; 0 where the size is not tested
+  AnyFunction function = nullptr;  // the exported symbol; null if the library has none of this name
+};
+
+// What a name says, or nothing if it breaks the grammar.
+std::optional<Export> describe(std::string_view name);
+
+// All exports of the library, in ascending byte order of their names.
+std::span<const Export> exports();
+
+// The export of this name, or null.
+const Export* find(std::string_view name);
+
+// The exports that match a shell pattern such as "zimiGamma*_32f_@(C3|AC4)R".
+std::vector<const Export*> matching(const std::string& pattern);
+
+}  // namespace zim::catalogue
