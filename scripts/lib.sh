@@ -1,0 +1,36 @@
+# Shared by the scripts beside it, which source it: the packages of a fresh Debian 12 machine, steps, builds.
+# shellcheck shell=bash disable=SC2034
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
+jobs=$(nproc)
+
+buildPackages=(
+  git g++ cmake ninja-build pkg-config
+  libpng-dev libffi-dev                         # command-line tool
+  libgtest-dev                                  # tests
+  libbenchmark-dev libyuv-dev libswscale-dev libavutil-dev  # benchmarks and the peers they compare with
+)
+
+say() { printf '== [%d:%02d] %s\n' $((SECONDS / 60)) $((SECONDS % 60)) "$*"; }
+
+# Installs those of the named Debian packages that are missing.
+need() {
+  local package missing=() asRoot=()
+  for package; do
+    dpkg-query -W -f '${db:Status-Abbrev}\n' "$package" 2>/dev/null | grep -q '^ii' || missing+=("$package")
+  done
+  ((${#missing[@]})) || return 0
+  say "installing ${missing[*]}"
+  ((EUID == 0)) || asRoot=(sudo)
+  "${asRoot[@]}" apt-get update -qq
+  "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-install-recommends "${missing[@]}"
+}
+
+# Configures a preset and builds it, or only the named targets of it.
+build() {
+  local preset=$1
+  shift
+  say "building preset $preset"
+  cmake --preset "$preset" --log-level=NOTICE
+  cmake --build --preset "$preset" -j "$jobs" ${1:+--target "$@"} -- --quiet
+}
