@@ -45,7 +45,10 @@ set(ZIMCC_SOURCES
   frame/scratch.cpp
   frame/stubs.S
   frame/version.cpp
-  models/gray.cpp)
+  lumachroma/full_resolution.cpp
+  lumachroma/ycocg.cpp
+  models/gray.cpp
+  tone/color_twist.cpp)
 
 # The library for one processor target, in a folder below lib/ in the build tree.
 function(zimcc_add_library target level flags folder)

@@ -135,6 +135,8 @@ ZIM_INLINE void withKernel(const Kernel& kernel, const Use& use) {
 template <class Rules, class Source, class Destination, class MakeKernel>
 ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, const MakeKernel& makeKernel) {
   if (const ZimResult failure = Rules::Tests::check(call); failure != zimResultOk) return failure;
+  // Where the size is not tested, there may be nothing to do.
+  if (call.roiSize.width < 1 || call.roiSize.height < 1) return zimResultOk;
   const auto source = Source::start(call.pSrc);
   const auto destination = Destination::start(call.pDst);
   withKernel(makeKernel(), [&](const auto& kernel) {
@@ -167,4 +169,12 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
     return zim::pixelwise<rules>(                                                                          \
         zim::Conversion<SourceLayout, DestinationLayout>{pSrc, srcStep, pDst, dstStep, roiSize},           \
         [&] { return __VA_ARGS__; });                                                                      \
+  }
+
+// The same for an export that works in place.
+#define ZIM_PIXELWISE_IN_PLACE(name, rules, Layout, parameters, ...)                                              \
+  ZimResult ZIM_BODY(name)(Layout::Destination pSrcDst, Zim32s srcDstStep, ZimiSize roiSize parameters) {          \
+    return zim::pixelwise<rules>(                                                                                  \
+        zim::Conversion<Layout, Layout>{pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize},                        \
+        [&] { return __VA_ARGS__; });                                                                              \
   }

@@ -173,6 +173,12 @@ struct Lane {
   Value v;
 
   Lane() = default;
+  // Copies by value, not as memory: the compiler then keeps lanes in registers across aggregates that hold them.
+  ZIM_INLINE Lane(const Lane& other) : v(other.v) {}
+  ZIM_INLINE Lane& operator=(const Lane& other) {
+    v = other.v;
+    return *this;
+  }
   // Every lane the same value, so that constants mix with lanes in formulas.
   ZIM_INLINE Lane(T x) : v(LaneValue<T, N>::broadcast(x)) {}
 

@@ -134,7 +134,7 @@ ZIM_INLINE Registers<3> deinterleaveWide(Registers<3> r) {
 }
 template <int ElementBytes>
 ZIM_INLINE Registers<3> interleaveWide(Registers<3> channel) {
-  const auto [x, y, z] = channel;
+  const auto& [x, y, z] = channel;
   if constexpr (ElementBytes == 4) {
     const Register x02y02 = pick<0, 2, 0, 2>(x, y), y13z13 = pick<1, 3, 1, 3>(y, z), z02x13 = pick<0, 2, 1, 3>(z, x);
     return {pick<0, 2, 0, 2>(x02y02, z02x13), pick<0, 2, 1, 3>(y13z13, x02y02), pick<1, 3, 1, 3>(z02x13, y13z13)};
@@ -220,7 +220,7 @@ ZIM_INLINE Registers<3> interleave(Registers<3> channel) {
     return interleaveWide<ElementBytes>(channel);
   } else {
     using Layout = ThreeChannels<ElementBytes>;
-    const auto [a, b, c] = perChannel<3>(
+    const auto& [a, b, c] = perChannel<3>(
         [&](auto i) ZIM_LAMBDA { return _mm256_shuffle_epi8(channel[i], inBothHalves(Layout::scatter[i])); });
     return {blendChannel<ElementBytes, 0, 2>(blendChannel<ElementBytes, 0, 1>(a, b), c),
             blendChannel<ElementBytes, 1, 2>(blendChannel<ElementBytes, 1, 1>(a, b), c),

@@ -1,0 +1,51 @@
+// Kernels made from kernels: other orders of channels, a fourth channel.
+#pragma once
+
+#include "frame/lanes/lane.h"
+
+namespace zim {
+inline namespace ZIM_TARGET_NAMESPACE {
+
+// Results in the opposite order: B, G, R for R, G, B.
+template <class Kernel>
+struct Reversed : Kernel {
+  template <int N>
+  ZIM_INLINE auto operator()(Pixels<typename Kernel::Sample, N, 3> pixels) const {
+    const auto& [a, b, c] = Kernel::operator()(pixels);
+    return std::array{c, b, a};
+  }
+};
+
+// A fourth channel that has the same value in every pixel.
+template <class Kernel, class Alpha>
+struct WithAlpha : Kernel {
+  Alpha alpha;
+
+  constexpr explicit WithAlpha(Alpha value) : alpha(value) {}
+
+  template <int N>
+  ZIM_INLINE auto operator()(Pixels<typename Kernel::Sample, N, 3> pixels) const {
+    const auto& [a, b, c] = Kernel::operator()(pixels);
+    using Result = std::decay_t<decltype(a)>;
+    return std::array{a, b, c, Result(static_cast<typename Result::Element>(alpha))};
+  }
+};
+
+template <class Kernel, class Alpha>
+constexpr WithAlpha<Kernel, Alpha> withAlpha(Alpha value) {
+  return WithAlpha<Kernel, Alpha>(value);
+}
+
+// The source's fourth channel carried across.
+template <class Kernel>
+struct KeepAlpha : Kernel {
+  template <int N>
+  ZIM_INLINE auto operator()(Pixels<typename Kernel::Sample, N, 4> pixels) const {
+    const auto& [a, b, c, alpha] = pixels;
+    const auto result = Kernel::operator()(std::array{a, b, c});
+    return std::array{result[0], result[1], result[2], alpha};
+  }
+};
+
+}  // namespace ZIM_TARGET_NAMESPACE
+}  // namespace zim
