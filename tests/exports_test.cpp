@@ -1,0 +1,234 @@
+// What holds for every export, whatever it computes: where its pixels come from and go to, and that nothing else is
+// touched. Tests of an export's arithmetic are elsewhere.
+#include "tests/exports.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <optional>
+
+#include "tests/canvas.h"
+#include "zimcore.h"
+
+namespace zim::test {
+namespace {
+
+using namespace catalogue;
+using Edge = Placement::Edge;
+
+// A source and what an export makes of it, in plain memory. Where pixels are independent, each has come about by a call
+// of its own.
+class Reference {
+ public:
+  Reference(const Export& e, ZimiSize size, Contents contents, const Caller& call) : Reference(e, size) {
+    fill(source, contents, 7);
+    compute(e, call);
+  }
+  // Of a source whose rows are all like the first.
+  static Reference ofEqualRows(const Export& e, ZimiSize size, const Caller& call) {
+    Reference reference(e, size);
+    reference.source.fillRandom(8);
+    for (std::size_t plane = 0; plane < reference.source.planes(); ++plane) {
+      for (int y = 1; y < reference.source.rows(plane); ++y) {
+        std::memcpy(reference.source.row(plane, y), reference.source.row(plane, 0), reference.source.rowBytes(plane));
+      }
+    }
+    reference.compute(e, call);
+    return reference;
+  }
+
+  Image source, destination;
+
+ private:
+  Reference(const Export& e, ZimiSize size) : source(e.source, size), destination(e.destination, size) {}
+
+  void compute(const Export& e, const Caller& call) {
+    destination.fill(kCanary);
+    if (e.inPlace) {
+      for (std::size_t plane = 0; plane < source.planes(); ++plane) {
+        for (int y = 0; y < source.rows(plane); ++y) {
+          std::memcpy(destination.row(plane, y), source.row(plane, y), source.rowBytes(plane));
+        }
+      }
+    }
+    Operands whole(e, source, destination);
+    if (!isPixelwise(e)) {
+      call(whole);
+      return;
+    }
+    zimSetNumThreads(1);
+    Operands pixel = whole;
+    pixel.size = {1, 1};
+    for (int y = 0; y < whole.size.height; ++y) {
+      for (int x = 0; x < whole.size.width; ++x) {
+        pixel.source = at(source, x, y);
+        pixel.destination = at(destination, x, y);
+        ASSERT_EQ(call(pixel), zimResultOk);
+      }
+    }
+    zimSetNumThreads(0);
+  }
+
+  static Buffers at(Image& image, int x, int y) {
+    Buffers buffers = image.buffers();
+    for (std::size_t plane = 0; plane < image.planes(); ++plane) {
+      buffers.planes[plane] = image.row(plane, y) + image.side().planes[plane].rowBytes(x);
+    }
+    return buffers;
+  }
+};
+
+// How a call meets its memory.
+struct Access {
+  Placement source = {}, destination = {};
+  // Step arguments are larger by so many bytes than the distances of the rows.
+  int surplusOfSourceStep = 0, surplusOfDestinationStep = 0;
+};
+
+class EachExport : public testing::TestWithParam<Export> {
+ protected:
+  const Export& e = GetParam();
+  const Caller call{e};
+
+  // A call over the upper left part of the reference's source has the reference's result.
+  void expectAsReference(const Reference& reference, ZimiSize size, const Access& access = {}) const {
+    Canvas destination(e.destination, size, access.destination);
+    Canvas source(e.source, size, access.source);
+    source.put(reference.source);
+    if (e.inPlace) destination.put(reference.source);
+    Operands operands(e, size);
+    operands.source = source.buffers();
+    operands.destination = destination.buffers();
+    for (Zim32s& step : operands.source.steps) step += access.surplusOfSourceStep;
+    for (Zim32s& step : operands.destination.steps) step += access.surplusOfDestinationStep;
+    expectResult(operands, reference, source, destination);
+  }
+
+  void expectResult(const Operands& operands, const Reference& reference, Canvas& source, Canvas& destination) const {
+    ASSERT_GE(call(operands), zimResultOk);
+    ASSERT_EQ(destination.differenceFrom(reference.destination), "") << "in the destination";
+    ASSERT_EQ(source.differenceFrom(reference.source), "") << "in the source";
+  }
+
+  // The same over every size, with a reference of its own for each if pixels depend on the whole image.
+  template <class AccessOf>
+  void expectAsReferences(std::span<const int> widths, std::span<const int> heights, const AccessOf& accessOf) const {
+    const auto largest = [](std::span<const int> lengths) { return *std::ranges::max_element(lengths); };
+    for (const Contents contents : kAllContents) {
+      std::optional<Reference> reference;
+      reference.emplace(e, ZimiSize{largest(widths), largest(heights)}, contents, call);
+      for (const int height : heights) {
+        for (const int width : widths) {
+          if (!isPixelwise(e)) reference.emplace(e, ZimiSize{width, height}, contents, call);
+          expectAsReference(*reference, {width, height}, accessOf(width + height));
+          ASSERT_FALSE(HasFatalFailure())
+              << width << " x " << height << (contents == Contents::random ? "" : " extremes");
+        }
+      }
+    }
+  }
+};
+
+// Around every number of pixels that a block can hold.
+std::vector<int> oddWidths() {
+  std::vector<int> widths = {95, 96, 97, 127, 128, 129, 130, 131};
+  for (int width = 1; width <= 70; ++width) widths.push_back(width);
+  return widths;
+}
+
+TEST_P(EachExport, OddWidth) {
+  const int sourceSample = bits(e.source.type) / 8, destinationSample = std::max(bits(e.destination.type) / 8, 1);
+  expectAsReferences(oddWidths(), std::array{1, 3}, [&](int i) {
+    return Access{.source = {.padding = i % 2 * sourceSample * 5},
+                  .destination = {.padding = i % 3 * destinationSample}};
+  });
+}
+
+TEST_P(EachExport, PageEnd) {
+  expectAsReferences(oddWidths(), std::array{1, 2}, [](int i) {
+    return Access{.source = {.edge = i % 2 ? Edge::start : Edge::end},
+                  .destination = {.edge = i % 4 < 2 ? Edge::start : Edge::end}};
+  });
+}
+
+// Rows that start at any byte; where whole samples are counted, steps whose low bits do not count.
+TEST_P(EachExport, UnalignedRows) {
+  constexpr const char* kWholeSampleSteps[] = {"zimi*ToGray_@(16u|16s|32f)_*"};
+  constexpr const char* kOddStepsElsewhere[] = {"zimiToneMap*"};
+  if (matchesAny(e, kOddStepsElsewhere)) GTEST_SKIP() << "steps have a meaning of their own";
+  const bool wholeSamples = matchesAny(e, kWholeSampleSteps);
+  const auto sourceSample = bits(e.source.type) / 8, destinationSample = std::max(bits(e.destination.type) / 8, 1);
+  expectAsReferences(std::array{1, 2, 5, 16, 17, 33, 64, 67}, std::array{4}, [&](int i) {
+    const int sourceOdd = 1 + i % 7, destinationOdd = 1 + i % 5;
+    if (!wholeSamples) return Access{.source = {.padding = sourceOdd}, .destination = {.padding = destinationOdd}};
+    return Access{.source = {.padding = sourceOdd / sourceSample * sourceSample},
+                  .destination = {.padding = destinationOdd / destinationSample * destinationSample},
+                  .surplusOfSourceStep = sourceOdd % sourceSample,
+                  .surplusOfDestinationStep = destinationOdd % destinationSample};
+  });
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EachExport, testing::ValuesIn(exports()), nameOf);
+
+using EachPixelwise = EachExport;
+
+// Images that are shared among threads, go through tables, or run as one long row.
+TEST_P(EachPixelwise, LargeImageAsItsRows) {
+  constexpr ZimiSize size = {157, 141};
+  for (const Contents contents : kAllContents) {
+    Image source(e.source, size), rows(e.destination, size), whole(e.destination, size);
+    for (Image* image : {&source, &rows, &whole}) fill(*image, contents, 9);
+    ASSERT_EQ(call(Operands(e, source, whole)), zimResultOk);
+    Operands row(e, source, rows);
+    row.size.height = 1;
+    for (int y = 0; y < size.height; ++y) {
+      for (std::size_t plane = 0; plane < source.planes(); ++plane) row.source.planes[plane] = source.row(plane, y);
+      for (std::size_t plane = 0; plane < rows.planes(); ++plane) row.destination.planes[plane] = rows.row(plane, y);
+      ASSERT_EQ(call(row), zimResultOk);
+    }
+    ASSERT_EQ(whole.digest(), rows.digest());
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EachPixelwise, testing::ValuesIn(exportsWhere(isPixelwise)), nameOf);
+
+using EachWithAnyStep = EachExport;
+
+TEST_P(EachWithAnyStep, ZeroStep) {
+  constexpr ZimiSize size = {37, 4};
+  const Reference reference = Reference::ofEqualRows(e, size, call);
+  for (const bool destinationToo : {false, true}) {
+    // Canvases that end with the only row that is read or written.
+    Canvas source(e.source, {size.width, 1});
+    Canvas destination(e.destination, {size.width, destinationToo ? 1 : size.height});
+    source.put(reference.source);
+    Operands operands(e, size);
+    operands.source = source.buffers();
+    operands.destination = destination.buffers();
+    operands.source.steps = {};
+    if (destinationToo) operands.destination.steps = {};
+    expectResult(operands, reference, source, destination);
+  }
+}
+
+TEST_P(EachWithAnyStep, NegativeStep) {
+  constexpr ZimiSize size = {37, 4};
+  Reference reference(e, size, Contents::random, call);
+  const Image sourceUpsideDown = upsideDown(reference.source);
+  for (const bool destinationToo : {false, true}) {
+    Canvas source(e.source, size, {.padding = 8}), destination(e.destination, size, {.padding = 8});
+    source.put(sourceUpsideDown);
+    Operands operands(e, size);
+    operands.source = source.buffersUpwards();
+    operands.destination = destinationToo ? destination.buffersUpwards() : destination.buffers();
+    ASSERT_GE(call(operands), zimResultOk);
+    const Image expected = upsideDown(reference.destination);
+    ASSERT_EQ(destination.differenceFrom(destinationToo ? expected : reference.destination), "");
+    ASSERT_EQ(source.differenceFrom(sourceUpsideDown), "");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EachWithAnyStep, testing::ValuesIn(exportsWhere(takesAnyStep)), nameOf);
+
+}  // namespace
+}  // namespace zim::test
