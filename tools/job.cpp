@@ -1,0 +1,184 @@
+#include "tools/job.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <set>
+
+#include "tools/failure.h"
+#include "tools/samples.h"
+
+namespace zim::tool {
+namespace {
+
+using namespace catalogue;
+
+// ---- The way from colours to a source ------------------------------------------------------------------------------
+
+bool provides(const Side& offered, const Side& needed) {
+  // Operations that know no colours work on gray where they take one sample a pixel.
+  const std::string_view word = needed.colourWord.empty() ? "Gray" : std::string_view(needed.colourWord);
+  return offered.type == needed.type && offered.layout == needed.layout && offered.planes == needed.planes &&
+         offered.colourWord == word;
+}
+
+// How well this export undoes the next: the same variant of a model first, then the same colours.
+int likeness(const Export& e, const Export& next) {
+  return 8 * (e.variant == next.variant) + 4 * (e.source.colourWord == next.destination.colourWord) +
+         2 * (e.source.type == next.destination.type) + e.further.empty();
+}
+
+// ---- Settings ------------------------------------------------------------------------------------------------------
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+  const auto lower = [](unsigned char c) { return std::tolower(c); };
+  return std::ranges::equal(a, b, {}, lower, lower);
+}
+
+std::optional<double> numberIn(std::string_view text, SampleType type) {
+  double number;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  const bool fits = visit(type, [&]<class T>(std::type_identity<T>) {
+    using Limits = std::numeric_limits<T>;
+    if constexpr (Limits::is_integer) {
+      return number >= Limits::min() && number <= Limits::max() && number == std::trunc(number);
+    }
+    return true;
+  });
+  return fits ? std::optional(number) : std::nullopt;
+}
+
+void apply(const std::string& setting, const Export& e, Operands& operands) {
+  const auto equals = setting.find('=');
+  if (equals == std::string::npos) throw Failure("'" + setting + "' is no setting of the form name=value");
+  const auto argument = std::ranges::find_if(e.further, [&](const Argument& a) {
+    return equalIgnoringCase(a.name, std::string_view(setting).substr(0, equals));
+  });
+  if (argument == e.further.end()) {
+    throw Failure(e.name + " takes no setting '" + setting.substr(0, equals) + "'; see zimcc describe " + e.name);
+  }
+  Value& value = operands.value(argument->name);
+  std::string_view rest = std::string_view(setting).substr(equals + 1);
+  if (argument->mayBeNull && rest == "null") return value.setNull();
+
+  std::vector<double> numbers;
+  for (bool more = true; more;) {
+    const auto comma = rest.find(',');
+    const auto number = numberIn(rest.substr(0, comma), argument->type);
+    if (!number) {
+      throw Failure("'" + std::string(rest.substr(0, comma)) + "' is no " + std::string(name(argument->type)) +
+                    " number for " + std::string(argument->name));
+    }
+    numbers.push_back(*number);
+    more = comma != std::string_view::npos;
+    if (more) rest.remove_prefix(comma + 1);
+  }
+  if (numbers.size() != argument->usual.size()) {
+    throw Failure(std::string(argument->name) + " takes " + std::to_string(argument->usual.size()) + " number" +
+                  (argument->usual.size() == 1 ? "" : "s") + ", not " + std::to_string(numbers.size()));
+  }
+  value.set(numbers);
+}
+
+// ---- Calls ---------------------------------------------------------------------------------------------------------
+
+std::string meaningOf(ZimResult result) {
+  switch (result) {
+    case zimWarnNoOperation:
+      return "nothing to do, the maximum or mean is negative";
+    case zimResultBadSize:
+      return "the size is too small";
+    case zimResultNoMemory:
+      return "out of memory";
+    case zimResultBadRange:
+      return "the range is empty, vMax must be above vMin";
+    case zimResultBadLevels:
+      return "the number of levels is out of range";
+    case zimResultBadNoise:
+      return "the noise is out of range";
+    case zimResultBadDither:
+      return "this kind of dither is not supported";
+    default:
+      return "result " + std::to_string(result);
+  }
+}
+
+Image sourceFor(const Export& e, const Picture& picture) {
+  const ZimiSize size = {picture.width, picture.height};
+  const auto way = wayToSource(e);
+  Image image(way.empty() ? e.source : way.front()->source, size);
+  fill(image, picture);
+  for (const Export* step : way) {
+    Image next(step->destination, size);
+    call(*step, Caller(*step), Operands(*step, image, next));
+    image = std::move(next);
+  }
+  return image;
+}
+
+}  // namespace
+
+const Export& exportNamed(const std::string& name) {
+  const Export* e = find(name);
+  if (e == nullptr) throw Failure("no export is named '" + name + "'; see zimcc list");
+  return *e;
+}
+
+void call(const Export& e, const Caller& caller, const Operands& operands) {
+  const ZimResult result = caller(operands);
+  if (result == zimResultOk || result == zimWarnOddSize) return;
+  const ZimiSize size = operands.size;
+  const std::string extent = std::to_string(size.width) + " x " + std::to_string(size.height);
+  throw Failure(e.name + " on " + extent + ": " + meaningOf(result));
+}
+
+std::vector<const Export*> wayToSource(const Export& e) {
+  // Breadth first, backwards: each candidate leads on to the end by the exports after it.
+  struct Candidate {
+    const Export* first;
+    std::size_t after;  // index of the candidate that it leads to
+  };
+  if (holdsColours(e.source)) return {};
+  std::vector<Candidate> candidates = {{&e, 0}};
+  std::set<const Export*> seen = {&e};
+  for (std::size_t i = 0; i < candidates.size(); ++i) {
+    const Export& next = *candidates[i].first;
+    if (i > 0 && holdsColours(next.source)) {
+      std::vector<const Export*> way;
+      for (std::size_t step = i; step > 0; step = candidates[step].after) way.push_back(candidates[step].first);
+      return way;
+    }
+    const auto first = static_cast<std::ptrdiff_t>(candidates.size());
+    for (const Export& before : exports()) {
+      if (!before.inPlace && provides(before.destination, next.source) && seen.insert(&before).second) {
+        candidates.push_back({&before, i});
+      }
+    }
+    std::ranges::stable_sort(candidates.begin() + first, candidates.end(), std::ranges::greater(),
+                             [&](const Candidate& c) { return likeness(*c.first, next); });
+  }
+  throw Failure("no export makes the " + e.source.colourWord + " source (" + e.source.layout + ", " +
+                std::string(name(e.source.type)) + ") of " + e.name + " from a picture");
+}
+
+Job::Job(const Export& e, const Picture& picture, const std::vector<std::string>& settings)
+    : export_(e),
+      source_(sourceFor(e, picture)),
+      destination_(e.destination, source_.size()),
+      operands_(e, source_, e.inPlace ? source_ : destination_),
+      caller_(e) {
+  // Opaque unless asked otherwise, whatever the type.
+  const auto fourth = std::ranges::find(operands_.values, "aval", &Value::name);
+  if (fourth != operands_.values.end()) fourth->set({std::numeric_limits<double>::max()});
+  for (const std::string& setting : settings) apply(setting, e, operands_);
+}
+
+void Job::run() { call(export_, caller_, operands_); }
+
+Picture Job::result(Show how) const { return show(export_.inPlace ? source_ : destination_, export_.source, how); }
+
+}  // namespace zim::tool

@@ -1,0 +1,44 @@
+// One export on one picture: what it reads is made of the picture, what it writes becomes a picture again.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/catalogue/caller.h"
+#include "tools/picture.h"
+
+namespace zim::tool {
+
+enum class Show {
+  colour,  // colours as a colour picture, other models as their channels side by side
+  planes   // always the channels side by side
+};
+
+// The exports that lead from colours as any picture has them to the source of this one, in the order of their calls.
+// Throws Failure if the library has none.
+std::vector<const catalogue::Export*> wayToSource(const catalogue::Export& e);
+
+class Job {
+ public:
+  // Settings are "name=number" or, for arrays, "name=number,number,...".
+  Job(const catalogue::Export& e, const Picture& picture, const std::vector<std::string>& settings);
+
+  const catalogue::Export& definition() const { return export_; }
+  // Throws Failure if the library reports anything but success. In place, every call works on the last one's result.
+  void run();
+  Picture result(Show show) const;
+
+ private:
+  const catalogue::Export& export_;
+  catalogue::Image source_, destination_;
+  catalogue::Operands operands_;
+  catalogue::Caller caller_;
+};
+
+// Calls the export and throws Failure if the library reports anything but success.
+void call(const catalogue::Export& e, const catalogue::Caller& caller, const catalogue::Operands& operands);
+
+// The export of this name; throws Failure if there is none.
+const catalogue::Export& exportNamed(const std::string& name);
+
+}  // namespace zim::tool

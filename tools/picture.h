@@ -1,0 +1,58 @@
+// Pictures as files hold them, and the files that hold them.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace zim::tool {
+
+// Gray, RGB or RGBA samples, interleaved, rows from the top: 0 is black, 1 is white, more is possible in float files.
+struct Picture {
+  int width, height, channels;
+  std::vector<float> samples;
+  bool deep = false;  // becomes a PNG of 16 bits a sample instead of 8
+
+  Picture(int w, int h, int c)
+      : width(w),
+        height(h),
+        channels(c),
+        samples(static_cast<std::size_t>(w) * static_cast<std::size_t>(h) * static_cast<std::size_t>(c)) {}
+
+  float* pixel(int x, int y) { return samples.data() + offset(x, y); }
+  const float* pixel(int x, int y) const { return samples.data() + offset(x, y); }
+
+ private:
+  std::size_t offset(int x, int y) const {
+    return (static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)) *
+           static_cast<std::size_t>(channels);
+  }
+};
+
+// A PNG of any kind or a portable float map, as RGB or RGBA. Throws Failure, as all here do.
+Picture readPicture(const std::string& path);
+
+Picture readPng(std::FILE* file, const std::string& name);
+Picture readFloatMap(std::FILE* file, const std::string& name);
+void writePng(const std::string& path, const Picture& picture);
+
+// A file that takes its name only once it is whole.
+class OutputFile {
+ public:
+  explicit OutputFile(const std::string& path);
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  std::FILE* get() const { return file_; }
+  void commit();
+
+ private:
+  [[noreturn]] void fail() const;
+
+  std::string path_, temporary_;
+  std::FILE* file_;
+};
+
+}  // namespace zim::tool

@@ -1,0 +1,18 @@
+// Pictures into the memory of a call, and back.
+#pragma once
+
+#include "tools/catalogue/image.h"
+#include "tools/job.h"
+#include "tools/picture.h"
+
+namespace zim::tool {
+
+// Whether fill() can make this side of a picture without the library's help.
+bool holdsColours(const catalogue::Side& side);
+
+// Integers take their whole range from black to white, floats 0 to 1. A picture without alpha is opaque.
+void fill(catalogue::Image& image, const Picture& picture);
+
+Picture show(const catalogue::Image& image, const catalogue::Side& source, Show show);
+
+}  // namespace zim::tool
