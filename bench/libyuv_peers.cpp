@@ -1,0 +1,97 @@
+// libyuv: 8-bit pixels, coefficients of 6 to 8 bits. Its ARGB has B at byte 0, its RAW has R there.
+
+#include <libyuv.h>
+
+#include <array>
+
+#include "bench/peers.h"
+
+namespace zim::bench {
+namespace {
+
+using catalogue::Image;
+using Byte = std::uint8_t;
+using Prepare = std::function<Call(Image&, Image&)>;
+
+Prepare job(int (*convert)(const Byte*, int, Byte*, int, int, int)) {
+  return [=](Image& source, Image& destination) -> Call {
+    return [=, from = picture(source, 1), to = picture(destination, 1), size = source.size()] {
+      return convert(from.data[0], from.step[0], to.data[0], to.step[0], size.width, size.height) == 0;
+    };
+  };
+}
+
+Prepare job(int (*encode)(const Byte*, int, Byte*, int, Byte*, int, Byte*, int, int, int)) {
+  return [=](Image& source, Image& destination) -> Call {
+    return [=, from = picture(source, 1), to = picture(destination, 3), size = source.size()] {
+      return encode(from.data[0], from.step[0], to.data[0], to.step[0], to.data[1], to.step[1], to.data[2], to.step[2],
+                    size.width, size.height) == 0;
+    };
+  };
+}
+
+using Decoder = int (*)(const Byte*, int, const Byte*, int, const Byte*, int, Byte*, int, const libyuv::YuvConstants*,
+                        int, int);
+
+Prepare job(Decoder decode, const libyuv::YuvConstants& matrix) {
+  return [=, &matrix](Image& source, Image& destination) -> Call {
+    return [=, &matrix, from = picture(source, 3), to = picture(destination, 1), size = source.size()] {
+      return decode(from.data[0], from.step[0], from.data[1], from.step[1], from.data[2], from.step[2], to.data[0],
+                    to.step[0], &matrix, size.width, size.height) == 0;
+    };
+  };
+}
+
+// Sepia in units of 1/64, alpha kept.
+Prepare colourMatrix() {
+  return job([](const Byte* source, int sourceStep, Byte* destination, int destinationStep, int width, int height) {
+    static constexpr std::int8_t kSepia[16] = {9, 34, 17, 0, 11, 44, 22, 0, 12, 49, 25, 0, 0, 0, 0, 64};
+    return libyuv::ARGBColorMatrix(source, sourceStep, destination, destinationStep, kSepia, width, height);
+  });
+}
+
+// Any table takes the same time; this one halves.
+Prepare colourTable() {
+  return [](Image&, Image& image) -> Call {
+    std::array<Byte, 4 * 256> table;
+    for (std::size_t i = 0; i < table.size(); ++i) table[i] = static_cast<Byte>(i / 8);
+    return [table, to = picture(image, 1), size = image.size()] {
+      return libyuv::RGBColorTable(to.data[0], to.step[0], table.data(), 0, 0, size.width, size.height) == 0;
+    };
+  };
+}
+
+const Enter entered([] {
+  using namespace libyuv;
+  struct Row {
+    const char* exportName;
+    const char* label;
+    Prepare prepare;
+  };
+  const Row rows[] = {
+      {"zimiRGBToGray_8u_C3C1R", "RAWToJ400", job(RAWToJ400)},
+      {"zimiRGBToGray_8u_AC4C1R", "ARGBToJ400", job(ARGBToJ400)},
+
+      {"zimiRGBToYCbCr_8u_AC4P3R", "ARGBToI444", job(ARGBToI444)},
+      {"zimiYCbCrToRGB_8u_C3R", "I444ToRGB24, planes for pixels", job(I444ToRGB24Matrix, kYuvI601Constants)},
+      {"zimiYCbCrToRGB_8u_P3C3R", "I444ToRGB24", job(I444ToRGB24Matrix, kYuvI601Constants)},
+      {"zimiYCbCrToBGR_8u_P3C3R", "I444ToRGB24", job(I444ToRGB24Matrix, kYuvI601Constants)},
+      {"zimiYCbCrToBGR_709CSC_8u_P3C3R", "H444ToRGB24", job(I444ToRGB24Matrix, kYuvH709Constants)},
+      {"zimiYUVToRGB_8u_C3R", "J444ToRGB24, planes for pixels", job(I444ToRGB24Matrix, kYuvJPEGConstants)},
+      {"zimiYUVToRGB_8u_P3C3R", "J444ToRGB24", job(I444ToRGB24Matrix, kYuvJPEGConstants)},
+      {"zimiYCbCrToRGB_8u_P3C4R", "I444ToARGB", job(I444ToARGBMatrix, kYuvI601Constants)},
+      {"zimiYCbCrToBGR_8u_P3C4R", "I444ToARGB", job(I444ToARGBMatrix, kYuvI601Constants)},
+      {"zimiYCbCrToBGR_709CSC_8u_P3C4R", "H444ToARGB", job(I444ToARGBMatrix, kYuvH709Constants)},
+
+      {"zimiColorTwist32f_8u_AC4R", "ARGBColorMatrix, 1/64, no offset", colourMatrix()},
+      {"zimiColorTwist32f_8u_AC4IR", "ARGBColorMatrix, 1/64, no offset", colourMatrix()},
+      {"zimiGammaFwd_8u_AC4IR", "RGBColorTable", colourTable()},
+      {"zimiGammaInv_8u_AC4IR", "RGBColorTable", colourTable()},
+  };
+  std::vector<Pair> some;
+  for (const Row& row : rows) some.push_back({row.exportName, "libyuv", row.label, row.prepare});
+  return some;
+}());
+
+}  // namespace
+}  // namespace zim::bench

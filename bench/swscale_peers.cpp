@@ -1,0 +1,62 @@
+// libswscale without scaling: one conversion of pixel formats for each pair.
+//
+// Its conversions of full-resolution YUV to packed RGB stay out: they are scalar code, far behind libyuv, or, with
+// SWS_FAST_BILINEAR, halve the resolution of chroma.
+
+extern "C" {
+#include <libavutil/pixdesc.h>
+#include <libswscale/swscale.h>
+}
+
+#include <memory>
+#include <stdexcept>
+
+#include "bench/peers.h"
+
+namespace zim::bench {
+namespace {
+
+using catalogue::Image;
+
+std::size_t planesOf(AVPixelFormat format) { return static_cast<std::size_t>(av_pix_fmt_count_planes(format)); }
+
+Call conversion(Image& source, AVPixelFormat from, Image& destination, AVPixelFormat to) {
+  const ZimiSize size = source.size();
+  const std::shared_ptr<SwsContext> context(sws_getContext(size.width, size.height, from, size.width, size.height, to,
+                                                           SWS_BILINEAR, nullptr, nullptr, nullptr),
+                                            sws_freeContext);
+  if (!context) throw std::runtime_error("no such conversion in libswscale");
+  return [=, in = picture(source, planesOf(from)), out = picture(destination, planesOf(to))] {
+    return sws_scale(context.get(), in.data.data(), in.step.data(), 0, size.height, out.data.data(), out.step.data()) ==
+           size.height;
+  };
+}
+
+const Enter entered([] {
+  struct Row {
+    const char* exportName;
+    AVPixelFormat source, destination;
+  };
+  const Row rows[] = {
+      {"zimiRGBToGray_8u_C3C1R", AV_PIX_FMT_RGB24, AV_PIX_FMT_GRAY8},
+      {"zimiRGBToGray_8u_AC4C1R", AV_PIX_FMT_RGB0, AV_PIX_FMT_GRAY8},
+      {"zimiRGBToGray_16u_C3C1R", AV_PIX_FMT_RGB48, AV_PIX_FMT_GRAY16},
+      {"zimiRGBToGray_16u_AC4C1R", AV_PIX_FMT_RGBA64, AV_PIX_FMT_GRAY16},
+      {"zimiRGBToGray_32f_C3C1R", AV_PIX_FMT_GBRPF32, AV_PIX_FMT_GRAYF32},
+
+      {"zimiRGBToYCbCr_8u_C3R", AV_PIX_FMT_RGB24, AV_PIX_FMT_YUV444P},
+      {"zimiRGBToYCbCr_8u_C3P3R", AV_PIX_FMT_RGB24, AV_PIX_FMT_YUV444P},
+      {"zimiRGBToYCbCr_8u_AC4P3R", AV_PIX_FMT_RGB0, AV_PIX_FMT_YUV444P},
+      {"zimiRGBToYCbCr_8u_P3R", AV_PIX_FMT_GBRP, AV_PIX_FMT_YUV444P},
+      {"zimiRGBToYUV_8u_AC4P4R", AV_PIX_FMT_RGBA, AV_PIX_FMT_YUVA444P},
+  };
+  std::vector<Pair> some;
+  for (const auto& [exportName, from, to] : rows) {
+    some.push_back({exportName, "swscale", std::string(av_get_pix_fmt_name(from)) + " to " + av_get_pix_fmt_name(to),
+                    [=](Image& source, Image& destination) { return conversion(source, from, destination, to); }});
+  }
+  return some;
+}());
+
+}  // namespace
+}  // namespace zim::bench
