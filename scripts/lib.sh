@@ -23,7 +23,8 @@ need() {
   say "installing ${missing[*]}"
   ((EUID == 0)) || asRoot=(sudo)
   "${asRoot[@]}" apt-get update -qq
-  "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-install-recommends "${missing[@]}"
+  "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-install-recommends "${missing[@]}" \
+    >/dev/null
 }
 
 # Configures a preset and builds it, or only the named targets of it.
