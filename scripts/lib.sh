@@ -6,9 +6,10 @@ jobs=$(nproc)
 
 buildPackages=(
   git g++ cmake ninja-build pkg-config
-  libpng-dev libffi-dev                         # command-line tool
-  libgtest-dev                                  # tests
-  libbenchmark-dev libyuv-dev libswscale-dev libavutil-dev  # benchmarks and the peers they compare with
+  libpng-dev libffi-dev                                      # command-line tool
+  libgtest-dev                                               # tests
+  libbenchmark-dev                                           # benchmarks,
+  libyuv-dev libswscale-dev libavutil-dev libzimg-dev        # and the peers that they compare with
 )
 
 say() { printf '== [%d:%02d] %s\n' $((SECONDS / 60)) $((SECONDS % 60)) "$*"; }
