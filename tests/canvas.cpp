@@ -1,26 +1,46 @@
 #include "tests/canvas.h"
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <map>
 #include <new>
 
 namespace zim::test {
 
 using namespace catalogue;
 
+namespace {
+
+// Mapped memory that is not in use, by its size. Mapping it anew for each image would take most of a test's time.
+std::vector<std::byte*>& unusedOf(std::size_t count) {
+  static std::map<std::size_t, std::vector<std::byte*>> unused;
+  return unused[count];
+}
+
+std::byte* mapGuarded(std::size_t count, std::size_t page) {
+  void* mapping = mmap(nullptr, count + 2 * page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (mapping == MAP_FAILED) throw std::bad_alloc();
+  std::byte* start = static_cast<std::byte*>(mapping) + page;
+  if (mprotect(start, count, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+  return start;
+}
+
+}  // namespace
+
 GuardedBytes::GuardedBytes(std::size_t count) {
   static const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-  const std::size_t inner = (count + page - 1) / page * page;
-  void* mapping = mmap(nullptr, inner + 2 * page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (mapping == MAP_FAILED) throw std::bad_alloc();
-  auto* start = static_cast<std::byte*>(mapping);
-  mapping_ = {start, Unmap{inner + 2 * page}};
-  if (mprotect(start + page, inner, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
-  bytes_ = {start + page, inner};
+  const std::size_t wholePages = (count + page - 1) / page * page;
+  auto& unused = unusedOf(wholePages);
+  if (unused.empty()) unused.push_back(mapGuarded(wholePages, page));
+  memory_ = {unused.back(), Release{wholePages}};
+  unused.pop_back();
 }
+
+void GuardedBytes::Release::operator()(std::byte* start) const { unusedOf(count).push_back(start); }
 
 Canvas::Canvas(const Side& side, ZimiSize size, Placement placement) {
   for (const Plane& plane : side.planes) {

@@ -2,8 +2,6 @@
 // byte that does not belong to its pixels of one value that has to stay.
 #pragma once
 
-#include <sys/mman.h>
-
 #include <cstddef>
 #include <memory>
 #include <span>
@@ -16,20 +14,21 @@ namespace zim::test {
 
 inline constexpr std::byte kCanary{0xA5};
 
-// Readable and writable bytes with an untouchable page before the first and behind the last.
+// Readable and writable bytes with an untouchable page before the first and behind the last: whole pages, at least so
+// many bytes.
 class GuardedBytes {
  public:
   explicit GuardedBytes(std::size_t count);
 
-  std::span<std::byte> bytes() const { return bytes_; }
+  std::span<std::byte> bytes() const { return {memory_.get(), memory_.get_deleter().count}; }
 
  private:
-  struct Unmap {
-    std::size_t length;
-    void operator()(std::byte* start) const { munmap(start, length); }
+  // Back to those that wait for the next use.
+  struct Release {
+    std::size_t count;
+    void operator()(std::byte* start) const;
   };
-  std::unique_ptr<std::byte[], Unmap> mapping_;
-  std::span<std::byte> bytes_;
+  std::unique_ptr<std::byte[], Release> memory_;
 };
 
 // How the rows of a canvas lie in memory.
