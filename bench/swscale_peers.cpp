@@ -51,9 +51,12 @@ const Enter entered([] {
       {"zimiRGBToYUV_8u_AC4P4R", AV_PIX_FMT_RGBA, AV_PIX_FMT_YUVA444P},
   };
   std::vector<Pair> some;
-  for (const auto& [exportName, from, to] : rows) {
-    some.push_back({exportName, "swscale", std::string(av_get_pix_fmt_name(from)) + " to " + av_get_pix_fmt_name(to),
-                    [=](Image& source, Image& destination) { return conversion(source, from, destination, to); }});
+  for (const Row& row : rows) {
+    some.push_back({row.exportName, "swscale",
+                    std::string(av_get_pix_fmt_name(row.source)) + " to " + av_get_pix_fmt_name(row.destination),
+                    [=](Image& source, Image& destination) {
+                      return conversion(source, row.source, destination, row.destination);
+                    }});
   }
   return some;
 }());

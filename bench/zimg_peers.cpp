@@ -128,9 +128,8 @@ const Enter entered([] {
   };
   std::vector<Pair> some;
   for (const Row& row : rows) {
-    some.push_back({row.exportName, "zimg", row.label,
-                    [from = row.source, to = row.destination](Image& source, Image& destination) {
-                      return conversion(source, from, destination, to);
+    some.push_back({row.exportName, "zimg", row.label, [=](Image& source, Image& destination) {
+                      return conversion(source, row.source, destination, row.destination);
                     }});
   }
   return some;
