@@ -19,10 +19,10 @@ inline constexpr ZimiSize kVga = {640, 480};
 // One call; false if it failed.
 using Call = std::function<bool()>;
 
-// The call that is timed, and what must go before it each time without being timed.
+// The call that is timed, and what, if anything, must go before it each time without being timed.
 struct Job {
   Call run;
-  std::function<void()> prepare = [] {};
+  std::function<void()> prepare = nullptr;
 };
 
 // An export with images for it: integers of all values, floats from 0 to below 1. An in-place export works on the
