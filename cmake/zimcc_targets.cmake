@@ -48,7 +48,8 @@ set(ZIMCC_SOURCES
   lumachroma/full_resolution.cpp
   lumachroma/ycocg.cpp
   models/gray.cpp
-  tone/color_twist.cpp)
+  tone/color_twist.cpp
+  tone/gamma.cpp)
 
 # The library for one processor target, in a folder below lib/ in the build tree.
 function(zimcc_add_library target level flags folder)

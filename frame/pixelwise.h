@@ -69,16 +69,16 @@ ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from,
 // One row: whole blocks, then the rest through blocks of its own, or pixel by pixel where that is quicker.
 template <class Source, class Destination, class Kernel>
 ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Position<std::byte, Destination::planes> to,
-                           int width, const Kernel& kernel) {
+                           std::ptrdiff_t width, const Kernel& kernel) {
   constexpr int block = std::max(kLanes<typename Source::Sample>, kLanes<typename Destination::Sample>);
   constexpr int fewPixels = block / 8 + 1;
-  const int wholeBlocks = Source::hasGaps ? width - 1 : width;
-  int x = 0;
+  const std::ptrdiff_t wholeBlocks = Source::hasGaps ? width - 1 : width;
+  std::ptrdiff_t x = 0;
   for (; x <= wholeBlocks - block; x += block) {
     convertBlock<Source, Destination, block>(from.at(x * Source::pixelBytes), to.at(x * Destination::pixelBytes),
                                              kernel);
   }
-  const int rest = width - x;
+  const auto rest = static_cast<int>(width - x);
   if (Source::hasGaps && rest == block) {
     convertBlock<Source, Destination, block, Extent::shortOfLast>(from.at(x * Source::pixelBytes),
                                                                   to.at(x * Destination::pixelBytes), kernel);
@@ -147,8 +147,8 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
       for (Zim32s row = 0; row < count; ++row) {
         convertRow<Source, Destination>(
             from.at(rowOffset<Rules::offsets, typename Source::Sample>(row, call.srcStep)),
-            to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep)), call.roiSize.width,
-            local);
+            to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep)),
+            call.roiSize.width * Source::samplesPerPixel, local);
       }
     });
   });
@@ -172,9 +172,8 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
   }
 
 // The same for an export that works in place.
-#define ZIM_PIXELWISE_IN_PLACE(name, rules, Layout, parameters, ...)                                              \
-  ZimResult ZIM_BODY(name)(Layout::Destination pSrcDst, Zim32s srcDstStep, ZimiSize roiSize parameters) {          \
-    return zim::pixelwise<rules>(                                                                                  \
-        zim::Conversion<Layout, Layout>{pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize},                        \
-        [&] { return __VA_ARGS__; });                                                                              \
+#define ZIM_PIXELWISE_IN_PLACE(name, rules, Layout, parameters, ...)                                                 \
+  ZimResult ZIM_BODY(name)(Layout::Destination pSrcDst, Zim32s srcDstStep, ZimiSize roiSize parameters) {            \
+    return zim::pixelwise<rules>(zim::Conversion<Layout, Layout>{pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize}, \
+                                 [&] { return __VA_ARGS__; });                                                       \
   }

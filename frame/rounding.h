@@ -34,8 +34,8 @@ ZIM_INLINE Lane<Zim32s, N> roundHalfEvenPositive(Lane<Zim64f, N> a) {
   return tieToEven<false>(truncate(t), narrow<Zim32f>(t));
 }
 
-// Of any value: away from zero by 0.5, truncated. The sum is exact in double, and narrowing it to single gives what a sum
-// in single precision gives at once: below 2^-30, where it would not be exact, no tie of single precision is near.
+// Of any value: away from zero by 0.5, truncated. The sum is exact in double, and narrowing it to single gives what a
+// sum in single precision gives at once: below 2^-30, where it would not be exact, no tie of single precision is near.
 template <int N>
 ZIM_INLINE Lane<Zim32s, N> roundHalfEvenSigned(Lane<Zim32f, N> a) {
   const auto t = a + select(a < 0.0F, Lane<Zim32f, N>(-0.5F), Lane<Zim32f, N>(0.5F));

@@ -72,19 +72,18 @@ using AllTested = Rules<N_Q_S_T>;
 
 }  // namespace
 
-#define TWIST(name, Layout, Kernel)                                                                              \
-  ZimResult ZIM_BODY(name)(Layout::Source pSrc, Zim32s srcStep, Layout::Destination pDst, Zim32s dstStep,        \
-                           ZimiSize roiSize, const Zim32f(*twist)[4]) {                                          \
-    return pixelwise<AllTested>(                                                                                 \
-        Conversion<Layout, Layout>{pSrc, srcStep, pDst, dstStep, roiSize, twist != nullptr},                     \
-        [&] { return Kernel(twist); });                                                                          \
+#define TWIST(name, Layout, Kernel)                                                                                  \
+  ZimResult ZIM_BODY(name)(Layout::Source pSrc, Zim32s srcStep, Layout::Destination pDst, Zim32s dstStep,            \
+                           ZimiSize roiSize, const Zim32f(*twist)[4]) {                                              \
+    return pixelwise<AllTested>(Conversion<Layout, Layout>{pSrc, srcStep, pDst, dstStep, roiSize, twist != nullptr}, \
+                                [&] { return Kernel(twist); });                                                      \
   }
-#define TWIST_IN_PLACE(name, Layout, Kernel)                                                                     \
-  ZimResult ZIM_BODY(name)(Layout::Destination pSrcDst, Zim32s srcDstStep, ZimiSize roiSize,                     \
-                           const Zim32f(*twist)[4]) {                                                            \
-    return pixelwise<AllTested>(                                                                                 \
-        Conversion<Layout, Layout>{pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize, twist != nullptr},         \
-        [&] { return Kernel(twist); });                                                                          \
+#define TWIST_IN_PLACE(name, Layout, Kernel)                                                             \
+  ZimResult ZIM_BODY(name)(Layout::Destination pSrcDst, Zim32s srcDstStep, ZimiSize roiSize,             \
+                           const Zim32f(*twist)[4]) {                                                    \
+    return pixelwise<AllTested>(                                                                         \
+        Conversion<Layout, Layout>{pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize, twist != nullptr}, \
+        [&] { return Kernel(twist); });                                                                  \
   }
 
 // clang-format off

@@ -200,6 +200,8 @@ struct Lane {
   ZIM_LANE_ARITHMETIC(|)
   ZIM_LANE_ARITHMETIC(^)
 
+  ZIM_INLINE friend Lane operator~(Lane a) { return a ^ Lane(static_cast<T>(-1)); }
+
   ZIM_LANE_COMPARISON(<)
   ZIM_LANE_COMPARISON(<=)
   ZIM_LANE_COMPARISON(>)

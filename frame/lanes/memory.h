@@ -82,23 +82,16 @@ ZIM_INLINE Register unpackHigh(Register a, Register b) {
 template <std::size_t Channels>
 using Registers = std::array<Register, Channels>;
 
-// One perfect shuffle of all elements of the registers: the first half of them interleaved with the second half.
-// With n elements a register, k channels and log2(n) rounds, the element at k * pixel + channel comes to pixel + n *
-// channel.
-template <int ElementBytes>
-ZIM_INLINE Registers<3> perfectShuffle(Registers<3> r) {
-  const auto upper = [](Register a) { return ZIM_MM(unpackhi_epi64)(a, a); };
-  return {unpackLow<ElementBytes>(r[0], upper(r[1])), unpackLow<ElementBytes>(upper(r[0]), r[2]),
-          unpackLow<ElementBytes>(r[1], upper(r[2]))};
-}
+// One perfect shuffle of all elements of four registers: the first half of them interleaved with the second half. With
+// n elements a register and log2(n) rounds, the element at 4 * pixel + channel comes to pixel + n * channel.
 template <int ElementBytes>
 ZIM_INLINE Registers<4> perfectShuffle(Registers<4> r) {
   return {unpackLow<ElementBytes>(r[0], r[2]), unpackHigh<ElementBytes>(r[0], r[2]),
           unpackLow<ElementBytes>(r[1], r[3]), unpackHigh<ElementBytes>(r[1], r[3])};
 }
 
-template <int ElementBytes, int Rounds, std::size_t Channels>
-ZIM_INLINE Registers<Channels> perfectShuffles(Registers<Channels> r) {
+template <int ElementBytes, int Rounds>
+ZIM_INLINE Registers<4> perfectShuffles(Registers<4> r) {
   if constexpr (Rounds == 0) {
     return r;
   } else {
@@ -243,37 +236,42 @@ ZIM_INLINE Registers<4> deinterleave(Registers<4> r) {
 
 #else
 
-template <int ElementBytes, std::size_t Channels>
-ZIM_INLINE Registers<Channels> deinterleave(Registers<Channels> r) {
-  if constexpr (Channels == 3 && ElementBytes >= 4) return deinterleaveWide<ElementBytes>(r);
-  return perfectShuffles<ElementBytes, kRounds<ElementBytes>>(r);
+// Two neighbouring pixels of three elements x, y, z are three pairs xy, zx, yz. So three channels come apart as pairs
+// of twice the size first, and each pair into its elements then; and back the other way.
+template <int ElementBytes>
+ZIM_INLINE Registers<3> deinterleave(Registers<3> r) {
+  if constexpr (ElementBytes >= 4) {
+    return deinterleaveWide<ElementBytes>(r);
+  } else {
+    using Pair = Lane<typename IntegerOfSize<2 * ElementBytes>::Unsigned, 8 / ElementBytes>;
+    constexpr int bits = 8 * ElementBytes;
+    const Registers<3> pairs = deinterleave<2 * ElementBytes>(r);
+    const Pair xy = Pair::of((typename Pair::Value)pairs[0]), zx = Pair::of((typename Pair::Value)pairs[1]),
+               yz = Pair::of((typename Pair::Value)pairs[2]);
+    const Pair lower = Pair(static_cast<typename Pair::Element>((1U << bits) - 1));
+    return {(Register)((xy & lower) | (zx & ~lower)).v, (Register)((xy >> bits) | (yz << bits)).v,
+            (Register)((zx & lower) | (yz & ~lower)).v};
+  }
 }
-
-// Closes up the pixels of four registers whose 64-bit halves hold six bytes of samples each, two zero bytes above.
-ZIM_INLINE Registers<3> closeUp(Registers<4> r) {
-  r = perChannel<4>([&](auto c) ZIM_LAMBDA {
-    return _mm_or_si128(_mm_move_epi64(r[c]), _mm_slli_si128(_mm_unpackhi_epi64(r[c], _mm_setzero_si128()), 6));
-  });
-  return {_mm_or_si128(r[0], _mm_slli_si128(r[1], 12)), _mm_or_si128(_mm_srli_si128(r[1], 4), _mm_slli_si128(r[2], 8)),
-          _mm_or_si128(_mm_srli_si128(r[2], 8), _mm_slli_si128(r[3], 4))};
+template <int ElementBytes>
+ZIM_INLINE Registers<3> interleave(Registers<3> channel) {
+  if constexpr (ElementBytes >= 4) {
+    return interleaveWide<ElementBytes>(channel);
+  } else {
+    using Pair = Lane<typename IntegerOfSize<2 * ElementBytes>::Unsigned, 8 / ElementBytes>;
+    constexpr int bits = 8 * ElementBytes;
+    const Pair x = Pair::of((typename Pair::Value)channel[0]), y = Pair::of((typename Pair::Value)channel[1]),
+               z = Pair::of((typename Pair::Value)channel[2]);
+    const Pair lower = Pair(static_cast<typename Pair::Element>((1U << bits) - 1));
+    return interleave<2 * ElementBytes>({(Register)((x & lower) | (y << bits)).v,
+                                         (Register)((z & lower) | (x & ~lower)).v,
+                                         (Register)((y >> bits) | (z & ~lower)).v});
+  }
 }
 
 template <int ElementBytes>
-ZIM_INLINE Registers<3> interleave(Registers<3> channel) {
-  if constexpr (ElementBytes <= 2) {
-    Registers<4> r =
-        perfectShuffles<ElementBytes, 2>(Registers<4>{channel[0], channel[1], channel[2], _mm_setzero_si128()});
-    if constexpr (ElementBytes == 1) {
-      // Two pixels of three bytes and a zero byte in 64 bits: move the upper one down beside the lower.
-      const __m128i first = _mm_set1_epi64x(0xFFFFFF), second = _mm_set1_epi64x(0xFFFFFF000000);
-      r = perChannel<4>([&](auto i) ZIM_LAMBDA {
-        return _mm_or_si128(_mm_and_si128(r[i], first), _mm_and_si128(_mm_srli_epi64(r[i], 8), second));
-      });
-    }
-    return closeUp(r);
-  } else {
-    return interleaveWide<ElementBytes>(channel);
-  }
+ZIM_INLINE Registers<4> deinterleave(Registers<4> r) {
+  return perfectShuffles<ElementBytes, kRounds<ElementBytes>>(r);
 }
 
 #endif
