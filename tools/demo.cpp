@@ -55,14 +55,16 @@ constexpr Entry kEntries[] = {
      Input::photo, kPlanes},
     {kLumaChroma, "zimiRGBToYUV_8u_P3R", "Y, U and V with analogue weights", "", Input::photo, kPlanes},
     {kLumaChroma, "zimiYCbCrToRGB_8u_P3C3R", "To YCbCr and back"},
-    {kLumaChroma, "zimiYCbCrToBGR_709CSC_8u_P3C3R", "The same planes taken for BT.709: greens shift"},
+    {kLumaChroma, "zimiYCbCrToBGR_709CSC_8u_P3C3R", "The same planes taken for BT.709: colours shift"},
     {kLumaChroma, "zimiYUVToRGB_8u_C3R", "To YUV and back"},
 
     {kYCoCg, "zimiRGBToYCoCg_8u_C3P3R", "Y, Co and Cg: brightness, orange against blue, green against purple", "",
      Input::photo, kPlanes},
     {kYCoCg, "zimiBGRToYCoCg_Rev_8u16s_C3P3R", "The reversible form: signed differences around middle gray", "",
      Input::photo, kPlanes},
-    {kYCoCg, "zimiYCoCgToBGR_Rev_16s8u_P3C3R", "And back, without loss"},
+    {kYCoCg, "zimiYCoCgToBGR_Rev_16s8u_P3C3R", "Reversible, there and back: the photograph itself"},
+    {kYCoCg, "zimiYCoCgToBGR_16s8u_P3C3R", "Plain, there and back: off by one here and there"},
+    {kYCoCg, "zimiYCoCgToRGB_8u_P3C3R", "The same with planes of 8 bits"},
 
     {kTwist, "zimiColorTwist32f_8u_C3R", "Sepia", "twist=.393,.769,.189,0,.349,.686,.168,0,.272,.534,.131,0"},
     {kTwist, "zimiColorTwist32f_8u_C3R", "Saturation raised by two thirds",
@@ -74,8 +76,10 @@ constexpr Entry kEntries[] = {
 
     {kGamma, "zimiGammaFwd_8u_C3R", "The curve of video: shadows lift"},
     {kGamma, "zimiGammaInv_8u_C3R", "Its inverse: as linear light"},
-    {kGamma, "zimiGammaInv_16u_C3R", "The inverse at 16 bits a sample"},
+    {kGamma, "zimiGammaInv_16u_P3R", "The inverse at 16 bits a sample"},
     {kGamma, "zimiGammaFwd_32f_C3R", "In floating point, with white at 2", "vMin=0 vMax=2"},
+    {kGamma, "zimiGammaInv_32f_C3R", "The inverse, with black at -1", "vMin=-1 vMax=1"},
+    {kGamma, "zimiGammaFwd_16u_AC4IR", "The curve of video, in place"},
 
     {kToneMapping, "zimiColorToGray_32f_C3C1R", "A high-range scene, cut off at white", "coeffs=null",
      Input::highRange},

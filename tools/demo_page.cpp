@@ -81,6 +81,16 @@ std::string escaped(const std::string& text) {
   return html;
 }
 
+// Long settings break after a comma.
+std::string breakable(const std::string& settings) {
+  std::string html;
+  for (const char c : escaped(settings)) {
+    html += c;
+    if (c == ',') html += "<wbr>";
+  }
+  return html;
+}
+
 std::string fixed(double number, int digits) {
   char buffer[32];
   std::snprintf(buffer, sizeof buffer, "%.*f", digits, number);
@@ -126,7 +136,7 @@ std::string figure(const Card& card) {
   const bool wide = card.width > 2 * card.height;
   std::string html = wide ? "<figure class=\"wide\">" : "<figure>";
   html += image(card) + "\n<figcaption><b>" + escaped(card.title) + "</b><code>" + escaped(card.exportName);
-  if (!card.settings.empty()) html += " <i>" + escaped(card.settings) + "</i>";
+  if (!card.settings.empty()) html += " <i>" + breakable(card.settings) + "</i>";
   html += "</code><small><span>" + extent(card) + "</span><span>" + fixed(card.milliseconds, 3) + " ms · " +
           thousands(card.megapixelsPerSecond) + " MP/s</span></small></figcaption></figure>\n";
   return html;

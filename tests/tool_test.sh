@@ -1,0 +1,126 @@
+#!/usr/bin/env bash
+# Commands of the tool: results pixel by pixel, and bad input, which must cost one line, exit code 2 and no file.
+#   usage: tests/tool_test.sh ZIMCC
+set -uo pipefail
+
+zimcc=$(realpath "$1")
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder" || exit 1
+failures=0
+
+fail() {
+  echo "FAILED: $*" >&2
+  failures=$((failures + 1))
+}
+
+linked() { "$zimcc" list "$1" >/dev/null 2>&1; }
+
+# The samples of a PNG of one row, in hexadecimal. Behind the header (41 bytes) and its own (2) its data is a plain
+# deflate stream; gzip unpacks it and then misses its checksum. A leading 1 tells that samples are differences.
+samples() {
+  { printf '\x1f\x8b\x08\0\0\0\0\0\0\0'; tail -c +44 "$1"; } | gzip -dc 2>/dev/null | od -An -v -tu1 -w1 |
+    awk 'NR == 1 { difference = $1; next } { last = difference ? (last + $1) % 256 : $1; printf "%02x", last }'
+}
+
+# expect NAME INPUT SAMPLES [SETTING...]
+expect() {
+  local name=$1 input=$2 expected=$3 actual
+  linked "$name" || return 0
+  rm -f out.png
+  "$zimcc" run "$name" "$input" out.png "${@:4}" || fail "run ${*:1:2} ${*:4}"
+  actual=$(samples out.png)
+  [[ $actual == "$expected" ]] || fail "$name on $input ${*:4}: $actual, not $expected"
+}
+
+# refuse MESSAGE_PATTERN WORD...
+refuse() {
+  local before after code message
+  before=$(find . | sort)
+  message=$("$zimcc" "${@:2}" 2>&1 >/dev/null)
+  code=$?
+  after=$(find . | sort)
+  [[ $code == 2 ]] || fail "exit code $code of ${*:2}"
+  [[ $message =~ ^"zimcc: "[^$'\n']*$ && $message =~ $1 ]] || fail "${*:2} says: $message"
+  [[ $before == "$after" ]] || fail "${*:2} leaves files: $after"
+}
+
+# One pixel of full red, of linear light at four times white, and 16 x 16 pixels of many values.
+printf 'PF\n1 1\n-1.0\n\x00\x00\x80\x3f\0\0\0\0\0\0\0\0' >red.pfm
+printf 'Pf\n1 1\n1.0\n\x40\x80\0\0' >bright.pfm
+{
+  printf 'PF 16 16 -1\n'
+  for byte in {1..6}{0..7}{{0..9},{a..f}}; do printf '%b' "\\x00\\x00\\x${byte:1}\\x3f"; done
+} >many.pfm
+
+identity=twist=1,0,0,0,0,1,0,0,0,0,1,0
+expect zimiColorTwist32f_8u_C3R red.pfm ff0000 $identity
+"$zimcc" run zimiColorTwist32f_8u_C3R red.pfm red.png $identity || fail "no red.png"
+"$zimcc" run zimiRGBToGray_16u_C3C1R red.png gray.png || fail "no gray.png"
+
+expect zimiRGBToGray_8u_C3C1R red.png 4c
+expect zimiRGBToGray_8u_AC4C1R red.png 4c
+expect zimiRGBToGray_16u_C3C1R red.png 4c8b
+expect zimiRGBToGray_16s_C3C1R red.png 4c8b
+expect zimiRGBToGray_32f_C3C1R red.png 4c8b
+expect zimiRGBToGray_16u_C3C1R gray.png 4c8b
+expect zimiColorToGray_8u_C3C1R red.png ff COEFFS=1,0,0
+expect zimiColorToGray_8u_C3C1R red.png 00 coeffs=0,.5,.5
+expect zimiColorToGray_8u_C3C1R red.png 4c coeffs=null
+expect zimiColorTwist32f_8s_C3IR red.png ff0000 $identity
+expect zimiColorTwist32f_16s_IP3R red.png ffff00000000 $identity
+expect zimiColorTwist_32f_C4R red.png 0000ffff0000ffff twist=0,1,0,0,1,0,0,0,0,0,1,0,0,0,0,1
+expect zimiRGBToYCbCr_8u_C3R red.png 52ffffffffffffffff5afffffffffffffffff0
+expect zimiRGBToYCbCr_8u_C3P3R red.png 52ffffffffffffffff5afffffffffffffffff0
+expect zimiBGRToYCoCg_Rev_8u16s_C3P3R red.png 3f3f"$(printf 'f%.0s' {1..32})"ffff"$(printf 'f%.0s' {1..32})"4040
+expect zimiYCoCgToBGR_Rev_16s8u_P3C3R red.png ff0000
+expect zimiYCoCgToBGR_Rev_16s8u_P3C4R red.png ff0000ff
+expect zimiYCoCgToBGR_Rev_16s8u_P3C4R red.png ff000080 aval=128
+expect zimiYCoCgToSBGR_Rev_32s16s_P3C3R red.png ffff00000000
+expect zimiGammaFwd_8u_C3R red.png ff0000
+expect zimiGammaInv_32f_C3R red.png ffff00000000 vmin=0 VMAX=1
+expect zimiToneMapMean_32f8u_C1R bright.pfm 7f
+
+# Whatever is listed can be described and run.
+names=$("$zimcc" list | cut -d ' ' -f 1)
+for name in $names; do
+  [[ $("$zimcc" describe "$name") == "$name"$'\n'*roiSize* ]] || fail "describe $name"
+  "$zimcc" run "$name" many.pfm "$name.png" || fail "run $name"
+  [[ -s $name.png ]] || fail "no picture of $name"
+done
+[[ $("$zimcc" list 'zimiRGBToGray_8u_*' | cut -d ' ' -f 1) == zimiRGBToGray_8u_AC4C1R$'\n'zimiRGBToGray_8u_C3C1R ]] ||
+  fail "list with a pattern"
+"$zimcc" version | grep -Eq '^target +(mx|v3)$' || fail "version"
+"$zimcc" --help | grep -q '^usage' || fail "help"
+"$zimcc" bench zimiRGBToGray_8u_C3C1R --size 64x48 | grep -Eq 'median +[0-9.]+ +[0-9.]+ +[0-9.]+' || fail "bench"
+
+"$zimcc" demo sheet/new >/dev/null || fail "demo"
+[[ $(grep -o '<img' sheet/new/index.html | wc -l) == $(find sheet/new -name '*.png' | wc -l) ]] || fail "pictures on the page"
+
+gray=zimiColorToGray_8u_C3C1R
+head -c 60 red.png >cut.png
+head -c 20 red.pfm >cut.pfm
+echo text >text
+refuse 'see zimcc --help'
+refuse 'paint' paint
+refuse 'usage: zimcc run' run $gray red.png
+refuse 'zimiNothing' run zimiNothing red.png new.png
+refuse 'zimiNothing' describe zimiNothing
+refuse 'zimiNothing' list zimiNothing
+refuse 'absent.png' run $gray absent.png new.png
+refuse 'cut.png' run $gray cut.png new.png
+refuse 'cut.pfm' run $gray cut.pfm new.png
+refuse 'text as a PNG' run $gray text new.png
+refuse 'levels' run $gray red.png new.png levels=2
+refuse "form name=value" run $gray red.png new.png coeffs
+refuse '3 numbers, not 2' run $gray red.png new.png coeffs=1,2
+refuse "'x'" run $gray red.png new.png coeffs=1,x,2
+refuse 'cannot write .*nowhere' run $gray red.png nowhere/new.png
+refuse 'cannot write sheet' run $gray red.png sheet
+refuse '0x5' bench $gray --size 0x5
+refuse '5y5' bench $gray --size 5y5
+refuse 'red.png' demo red.png
+linked zimiYCoCgToBGR_16s8u_P3C4R && refuse "'300'" run zimiYCoCgToBGR_16s8u_P3C4R red.png new.png aval=300
+linked zimiGammaFwd_32f_C3R && refuse 'vMax must be above' run zimiGammaFwd_32f_C3R red.png new.png vMin=1
+
+((failures == 0)) || exit 1
