@@ -49,7 +49,8 @@ set(ZIMCC_SOURCES
   lumachroma/ycocg.cpp
   models/gray.cpp
   tone/color_twist.cpp
-  tone/gamma.cpp)
+  tone/gamma.cpp
+  tone/tone_mapping.cpp)
 
 # The library for one processor target, in a folder below lib/ in the build tree.
 function(zimcc_add_library target level flags folder)
