@@ -31,10 +31,8 @@ struct Entry {
   const char* title;
   const char* settings = "";
   Input input = Input::photo;
-  Show show = Show::colour;
 };
 
-constexpr auto kPlanes = Show::planes;
 constexpr const char* kGray = "Gray";
 constexpr const char* kLumaChroma = "Luma and chroma";
 constexpr const char* kYCoCg = "YCoCg";
@@ -51,17 +49,14 @@ constexpr Entry kEntries[] = {
     {kGray, "zimiColorToGray_32f_C3C1R", "Green lifted, in floating point", "coeffs=-0.3,1.6,-0.3"},
     {kGray, "zimiColorToGray_64f_C3C1R", "Sky against foliage: blue less red", "coeffs=-1,0.6,1.2"},
 
-    {kLumaChroma, "zimiRGBToYCbCr_8u_C3P3R", "Y, Cb and Cr: brightness, then what is blue, then what is red", "",
-     Input::photo, kPlanes},
-    {kLumaChroma, "zimiRGBToYUV_8u_P3R", "Y, U and V with analogue weights", "", Input::photo, kPlanes},
+    {kLumaChroma, "zimiRGBToYCbCr_8u_C3P3R", "Y, Cb and Cr: brightness, then what is blue, then what is red"},
+    {kLumaChroma, "zimiRGBToYUV_8u_P3R", "Y, U and V with analogue weights"},
     {kLumaChroma, "zimiYCbCrToRGB_8u_P3C3R", "To YCbCr and back"},
     {kLumaChroma, "zimiYCbCrToBGR_709CSC_8u_P3C3R", "The same planes taken for BT.709: colours shift"},
     {kLumaChroma, "zimiYUVToRGB_8u_C3R", "To YUV and back"},
 
-    {kYCoCg, "zimiRGBToYCoCg_8u_C3P3R", "Y, Co and Cg: brightness, orange against blue, green against purple", "",
-     Input::photo, kPlanes},
-    {kYCoCg, "zimiBGRToYCoCg_Rev_8u16s_C3P3R", "The reversible form: signed differences around middle gray", "",
-     Input::photo, kPlanes},
+    {kYCoCg, "zimiRGBToYCoCg_8u_C3P3R", "Y, Co and Cg: brightness, orange against blue, green against purple"},
+    {kYCoCg, "zimiBGRToYCoCg_Rev_8u16s_C3P3R", "The reversible form: signed differences around middle gray"},
     {kYCoCg, "zimiYCoCgToBGR_Rev_16s8u_P3C3R", "Reversible, there and back: the photograph itself"},
     {kYCoCg, "zimiYCoCgToBGR_16s8u_P3C3R", "Plain, there and back: off by one here and there"},
     {kYCoCg, "zimiYCoCgToRGB_8u_P3C3R", "The same with planes of 8 bits"},
@@ -77,7 +72,7 @@ constexpr Entry kEntries[] = {
     {kGamma, "zimiGammaFwd_8u_C3R", "The curve of video: shadows lift"},
     {kGamma, "zimiGammaInv_8u_C3R", "Its inverse: as linear light"},
     {kGamma, "zimiGammaInv_16u_P3R", "The inverse at 16 bits a sample"},
-    {kGamma, "zimiGammaFwd_32f_C3R", "In floating point, with white at 2", "vMin=0 vMax=2"},
+    {kGamma, "zimiGammaFwd_32f_C3R", "The curve in floating point", "vMin=0 vMax=1"},
     {kGamma, "zimiGammaInv_32f_C3R", "The inverse, with black at -1", "vMin=-1 vMax=1"},
     {kGamma, "zimiGammaFwd_16u_AC4IR", "The curve of video, in place"},
 
@@ -95,15 +90,13 @@ Picture photo() {
   return readPng(file.get(), "the photograph");
 }
 
-// The scene as if it had not been exposed for its sky: linear light, the brightest parts up to 24 times white.
-Picture highRange(const Picture& picture) {
-  Picture scene = picture;
+// The scene as a sensor of greater range might have it: brighter parts reach up to 3.5 times white.
+Picture highRange(Picture scene) {
   for (std::size_t i = 0; i < scene.samples.size(); i += 3) {
     float* pixel = &scene.samples[i];
-    for (int c = 0; c < 3; ++c) pixel[c] = std::pow(pixel[c], 2.2f);
     const float luma = 0.299f * pixel[0] + 0.587f * pixel[1] + 0.114f * pixel[2];
-    const float gain = 1 + 23 * luma * luma;
-    for (int c = 0; c < 3; ++c) pixel[c] *= gain;
+    const float gain = 1 + 2.5f * luma;
+    for (int c = 0; c < 3; ++c) pixel[c] = gain * std::pow(pixel[c], 1.2f);
   }
   return scene;
 }
@@ -133,7 +126,7 @@ Card make(const Entry& entry, const Picture& input, const std::filesystem::path&
   constexpr int kRounds = 11;
   Job job(exportNamed(entry.exportName), input, wordsOf(entry.settings));
   job.run();
-  const Picture picture = job.result(entry.show);
+  const Picture picture = job.result();
   writePng(folder / file, picture);
   const double seconds = measure({[&] { job.run(); }}, kRounds).front().median;
   return {entry.group,    entry.title,   entry.exportName,
@@ -170,9 +163,7 @@ void demo(const std::string& name) {
   }
 
   Card head = {};
-  head.title =
-      "One photograph through every family of colour conversions that the library has, each result as the library "
-      "wrote it.";
+  head.title = "The photograph";
   head.file = "photo.png";
   head.width = original.width;
   head.height = original.height;

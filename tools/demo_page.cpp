@@ -50,6 +50,10 @@ footer { margin: 48px 0 40px; padding-top: 16px; border-top: 1px solid var(--lin
 <body>
 )";
 
+constexpr const char* kIntroduction =
+    "<p>One photograph through every family of colour conversions that the library has, each result as the library "
+    "wrote it.</p>\n";
+
 constexpr const char* kFooter = R"(<footer>Photograph: <i>Aitzgorri</i> by Aitzol Berasategi, 2018,
 <a href="https://creativecommons.org/licenses/by/4.0/">CC BY 4.0</a>, scaled down and cropped; the other pictures are made of it.
 Times are medians of one call on one thread, without reading and writing files.</footer>
@@ -115,7 +119,7 @@ std::string anchor(std::size_t group) { return "group-" + std::to_string(group);
 
 std::string header(const Card& original, const std::vector<Card>& cards) {
   const ZimLibraryVersion& v = *zimccGetLibVersion();
-  std::string html = "<header>\n<div>\n<h1>zimcc</h1>\n<p>" + escaped(original.title) + "</p>\n<dl>\n";
+  std::string html = "<header>\n<div>\n<h1>zimcc</h1>\n" + std::string(kIntroduction) + "<dl>\n";
   const auto fact = [&](const std::string& name, const std::string& value) {
     html += "<dt>" + name + "</dt><dd>" + escaped(value) + "</dd>\n";
   };

@@ -179,6 +179,6 @@ Job::Job(const Export& e, const Picture& picture, const std::vector<std::string>
 
 void Job::run() { call(export_, caller_, operands_); }
 
-Picture Job::result(Show how) const { return show(export_.inPlace ? source_ : destination_, export_.source, how); }
+Picture Job::result() const { return show(export_.inPlace ? source_ : destination_, export_.source); }
 
 }  // namespace zim::tool

@@ -9,11 +9,6 @@
 
 namespace zim::tool {
 
-enum class Show {
-  colour,  // colours as a colour picture, other models as their channels side by side
-  planes   // always the channels side by side
-};
-
 // The exports that lead from colours as any picture has them to the source of this one, in the order of their calls.
 // Throws Failure if the library has none.
 std::vector<const catalogue::Export*> wayToSource(const catalogue::Export& e);
@@ -23,10 +18,10 @@ class Job {
   // Settings are "name=number" or, for arrays, "name=number,number,...".
   Job(const catalogue::Export& e, const Picture& picture, const std::vector<std::string>& settings);
 
-  const catalogue::Export& definition() const { return export_; }
   // Throws Failure if the library reports anything but success. In place, every call works on the last one's result.
   void run();
-  Picture result(Show show) const;
+  // Colours as a colour picture, other models as their channels side by side.
+  Picture result() const;
 
  private:
   const catalogue::Export& export_;

@@ -24,7 +24,7 @@ void run(const Words& words) {
   const auto& e = exportNamed(words[0]);
   Job job(e, readPicture(words[1]), Words(words.begin() + 3, words.end()));
   job.run();
-  writePng(words[2], job.result(Show::colour));
+  writePng(words[2], job.result());
 }
 
 ZimiSize sizeIn(const std::string& text) {

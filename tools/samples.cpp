@@ -172,12 +172,12 @@ void fill(Image& image, const Picture& picture) {
   }
 }
 
-Picture show(const Image& image, const Side& source, Show show) {
+Picture show(const Image& image, const Side& source) {
   const Side& side = image.side();
   const Channels channels = channelsOf(image, source);
   if (channels.size() == 1) return channels.front();
   const bool colours = channels.size() > 2 && (bluesFirst(side) || redsFirst(side));
-  return colours && show == Show::colour ? interleaved(channels, side) : sideBySide(channels);
+  return colours ? interleaved(channels, side) : sideBySide(channels);
 }
 
 }  // namespace zim::tool

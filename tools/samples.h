@@ -2,7 +2,6 @@
 #pragma once
 
 #include "tools/catalogue/image.h"
-#include "tools/job.h"
 #include "tools/picture.h"
 
 namespace zim::tool {
@@ -13,6 +12,7 @@ bool holdsColours(const catalogue::Side& side);
 // Integers take their whole range from black to white, floats 0 to 1. A picture without alpha is opaque.
 void fill(catalogue::Image& image, const Picture& picture);
 
-Picture show(const catalogue::Image& image, const catalogue::Side& source, Show show);
+// What a call with this source wrote: colours as a colour picture, other models as their channels side by side.
+Picture show(const catalogue::Image& image, const catalogue::Side& source);
 
 }  // namespace zim::tool
