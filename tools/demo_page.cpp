@@ -34,7 +34,7 @@ nav { display: flex; flex-wrap: wrap; gap: 6px 20px; margin-top: 24px; }
 a { color: inherit; }
 nav a { color: var(--accent); text-decoration: none; border-bottom: 1px solid currentColor; }
 h2 { margin: 44px 0 16px; padding-bottom: 8px; border-bottom: 1px solid var(--line); font-size: 21px; letter-spacing: -.01em; }
-.grid { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(100%, 310px), 1fr)); gap: 22px; }
+.grid { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(100%, 350px), 1fr)); gap: 22px; }
 figure { margin: 0; display: flex; flex-direction: column; overflow: hidden; background: var(--card); border: 1px solid var(--line); border-radius: 8px; }
 figure.wide { grid-column: 1 / -1; }
 img { display: block; width: 100%; height: auto; background: #fff; }
