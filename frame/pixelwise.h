@@ -39,7 +39,8 @@ ZIM_INLINE auto applyKernel(const Kernel& kernel, const Pixels<T, N, Channels>& 
     return perChannel<lo.size()>([&](auto c)
                                      ZIM_LAMBDA { return narrow<Narrowed>(Lane<Result, N>::join(lo[c], hi[c])); });
   } else {
-    return applyKernel<To>(kernel, perChannel<Channels>([&](auto c) ZIM_LAMBDA { return widen(in[c]); }));
+    return applyKernel<To>(kernel,
+                           perChannel<Channels>([&](auto c) ZIM_LAMBDA { return widenTowards<Sample>(in[c]); }));
   }
 }
 
@@ -169,11 +170,4 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
     return zim::pixelwise<rules>(                                                                          \
         zim::Conversion<SourceLayout, DestinationLayout>{pSrc, srcStep, pDst, dstStep, roiSize},           \
         [&] { return __VA_ARGS__; });                                                                      \
-  }
-
-// The same for an export that works in place.
-#define ZIM_PIXELWISE_IN_PLACE(name, rules, Layout, parameters, ...)                                                 \
-  ZimResult ZIM_BODY(name)(Layout::Destination pSrcDst, Zim32s srcDstStep, ZimiSize roiSize parameters) {            \
-    return zim::pixelwise<rules>(zim::Conversion<Layout, Layout>{pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize}, \
-                                 [&] { return __VA_ARGS__; });                                                       \
   }

@@ -7,39 +7,36 @@
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
 
-// i, moved by one toward zero where it is odd and equals t: there t was a tie. Signed tells whether i may be negative.
-template <bool Signed, int N>
+// i, less one where it is odd and equals t: there t was a tie.
+template <int N>
 ZIM_INLINE Lane<Zim32s, N> tieToEven(Lane<Zim32s, N> i, Lane<Zim32f, N> t) {
   const auto tie = bitsAs<Zim32s>(toFloat(i) == t);
-  const auto odd = i & tie & 1;
-  if constexpr (Signed) {
-    const auto sign = i >> 31;
-    return i - ((odd ^ sign) - sign);
-  } else {
-    return i - odd;
-  }
+  return i - (i & tie & 1);
 }
 
-// Of a value that is not negative: i = a + 0.5, truncated.
+// Of a value that is not negative: a + 0.5, truncated. Negative values come out as zero or below.
 template <int N>
 ZIM_INLINE Lane<Zim32s, N> roundHalfEvenPositive(Lane<Zim32f, N> a) {
   const auto t = a + 0.5F;
-  return tieToEven<false>(truncate(t), t);
+  return tieToEven(truncate(t), t);
 }
 
 // In double, with the tie found in single precision: t need only lie within its rounding of an odd integer.
 template <int N>
 ZIM_INLINE Lane<Zim32s, N> roundHalfEvenPositive(Lane<Zim64f, N> a) {
   const auto t = a + 0.5;
-  return tieToEven<false>(truncate(t), narrow<Zim32f>(t));
+  return tieToEven(truncate(t), narrow<Zim32f>(t));
 }
 
-// Of any value: away from zero by 0.5, truncated. The sum is exact in double, and narrowing it to single gives what a
-// sum in single precision gives at once: below 2^-30, where it would not be exact, no tie of single precision is near.
+// Of any value: away from zero by 0.5, truncated, ties back toward zero; that is, the magnitude rounded. The sum is
+// meant in double and then narrowed to single, which a sum in single precision equals: in double it is exact but below
+// 2^-30, and there no tie of single precision is near.
 template <int N>
 ZIM_INLINE Lane<Zim32s, N> roundHalfEvenSigned(Lane<Zim32f, N> a) {
-  const auto t = a + select(a < 0.0F, Lane<Zim32f, N>(-0.5F), Lane<Zim32f, N>(0.5F));
-  return tieToEven<true>(truncate(t), t);
+  const auto bits = bitsAs<Zim32s>(a);
+  const auto magnitude = roundHalfEvenPositive(bitsAs<Zim32f>(bits & 0x7FFFFFFF));
+  const auto sign = bits >> 31;
+  return (magnitude ^ sign) - sign;
 }
 
 }  // namespace ZIM_TARGET_NAMESPACE

@@ -1,5 +1,6 @@
 // Colour twist: an affine map of the three samples of a pixel, in single precision.
 
+#include <cmath>
 #include <limits>
 
 #include "frame/pixelwise.h"
@@ -17,7 +18,7 @@ struct Twist {
   explicit Twist(const Zim32f (*twist)[4]) { std::copy_n(&twist[0][0], 12, &m[0][0]); }
 
   template <int N>
-  ZIM_INLINE Pixels<Zim32f, N, 3> operator()(Pixels<Zim32f, N, 3> pixels) const {
+  ZIM_INLINE Pixels<Zim32f, N, 3> operator()(const Pixels<Zim32f, N, 3>& pixels) const {
     const auto& [x, y, z] = pixels;
     return perChannel<3>([&](auto k) ZIM_LAMBDA {
       auto a = x * m[k][0];
@@ -29,12 +30,15 @@ struct Twist {
 };
 
 // Rounded to nearest, ties to even, and saturated ahead of that; NaN becomes 0.
-template <class T>
-struct TwistInteger : Twist {
+//
+// Where no sum can leave 32 bits, the saturation of the store gives the same, since rounding is monotone and keeps
+// integers; that holds of nearly all matrices.
+template <class T, bool bounded>
+struct TwistRounded : Twist {
   using Twist::Twist;
 
   template <int N>
-  ZIM_INLINE Pixels<Zim32s, N, 3> operator()(Pixels<Zim32f, N, 3> pixels) const {
+  ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& pixels) const {
     const auto sums = Twist::operator()(pixels);
     return perChannel<3>([&](auto k) ZIM_LAMBDA { return rounded(sums[k]); });
   }
@@ -45,10 +49,31 @@ struct TwistInteger : Twist {
     constexpr auto lowest = static_cast<Zim32f>(std::numeric_limits<T>::lowest());
     constexpr auto highest = static_cast<Zim32f>(std::numeric_limits<T>::max());
     if constexpr (std::is_unsigned_v<T>) {
-      // Negative sums and NaN truncate to what is not above zero, for which the store gives 0.
-      return roundHalfEvenPositive(smaller(a, Lane<Zim32f, N>(highest)));
+      // Negative sums and NaN come out as zero or below, for which the store gives 0.
+      return roundHalfEvenPositive(bounded ? a : smaller(a, Lane<Zim32f, N>(highest)));
     } else {
-      return roundHalfEvenSigned(clamp(a, lowest, highest)) & (a == a);
+      return bounded ? roundHalfEvenSigned(a) : roundHalfEvenSigned(clamp(a, lowest, highest)) & (a == a);
+    }
+  }
+};
+
+template <class T>
+struct TwistInteger {
+  const Zim32f (*twist)[4];
+
+  explicit TwistInteger(const Zim32f (*matrix)[4]) : twist(matrix) {}
+
+  template <class Use>
+  ZIM_INLINE void choose(const Use& use) const {
+    constexpr Zim32f largestSample = 65536.0F, limit = 1e9F;
+    const auto isBounded = [](const Zim32f(&row)[4]) {
+      const Zim32f weights = std::abs(row[0]) + std::abs(row[1]) + std::abs(row[2]);
+      return weights * largestSample + std::abs(row[3]) < limit;
+    };
+    if (isBounded(twist[0]) && isBounded(twist[1]) && isBounded(twist[2])) {
+      use(TwistRounded<T, true>(twist));
+    } else {
+      use(TwistRounded<T, false>(twist));
     }
   }
 };
@@ -61,7 +86,7 @@ struct Twist4 {
   explicit Twist4(const Zim32f (*twist)[4]) { std::copy_n(&twist[0][0], 16, &m[0][0]); }
 
   template <int N>
-  ZIM_INLINE Pixels<Zim32f, N, 4> operator()(Pixels<Zim32f, N, 4> pixels) const {
+  ZIM_INLINE Pixels<Zim32f, N, 4> operator()(const Pixels<Zim32f, N, 4>& pixels) const {
     return perChannel<4>([&](auto k) ZIM_LAMBDA {
       return pixels[0] * m[k][0] + pixels[1] * m[k][1] + pixels[2] * m[k][2] + pixels[3] * m[k][3];
     });
@@ -70,20 +95,22 @@ struct Twist4 {
 
 using AllTested = Rules<N_Q_S_T>;
 
+template <class Kernel, class Layout>
+ZimResult twisted(const Conversion<Layout, Layout>& call, const Zim32f (*twist)[4]) {
+  return pixelwise<AllTested>(call, [&] { return Kernel(twist); });
+}
+
 }  // namespace
 
-#define TWIST(name, Layout, Kernel)                                                                                  \
-  ZimResult ZIM_BODY(name)(Layout::Source pSrc, Zim32s srcStep, Layout::Destination pDst, Zim32s dstStep,            \
-                           ZimiSize roiSize, const Zim32f(*twist)[4]) {                                              \
-    return pixelwise<AllTested>(Conversion<Layout, Layout>{pSrc, srcStep, pDst, dstStep, roiSize, twist != nullptr}, \
-                                [&] { return Kernel(twist); });                                                      \
+#define TWIST(name, Layout, Kernel)                                                                       \
+  ZimResult ZIM_BODY(name)(Layout::Source pSrc, Zim32s srcStep, Layout::Destination pDst, Zim32s dstStep, \
+                           ZimiSize roiSize, const Zim32f(*twist)[4]) {                                   \
+    return twisted<Kernel, Layout>({pSrc, srcStep, pDst, dstStep, roiSize, twist != nullptr}, twist);     \
   }
-#define TWIST_IN_PLACE(name, Layout, Kernel)                                                             \
-  ZimResult ZIM_BODY(name)(Layout::Destination pSrcDst, Zim32s srcDstStep, ZimiSize roiSize,             \
-                           const Zim32f(*twist)[4]) {                                                    \
-    return pixelwise<AllTested>(                                                                         \
-        Conversion<Layout, Layout>{pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize, twist != nullptr}, \
-        [&] { return Kernel(twist); });                                                                  \
+#define TWIST_IN_PLACE(name, Layout, Kernel)                                                                      \
+  ZimResult ZIM_BODY(name)(Layout::Destination pSrcDst, Zim32s srcDstStep, ZimiSize roiSize,                      \
+                           const Zim32f(*twist)[4]) {                                                             \
+    return twisted<Kernel, Layout>({pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize, twist != nullptr}, twist); \
   }
 
 // clang-format off

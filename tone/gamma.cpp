@@ -1,5 +1,7 @@
 // Gamma: the BT.709 transfer curve and its inverse, sample by sample.
 
+#include <cmath>
+
 #include "frame/pixelwise.h"
 #include "frame/rounding.h"
 #include "frame/scratch.h"
@@ -10,84 +12,57 @@ using namespace zim;
 
 namespace {
 
-// ---- The curve on values v of 0 to 1 ----
-
-// Linear below the knee, a power above. The exact forms call pow; the bounds hold what they give.
+// ---- The curve: linear below the knee, gain * v^exponent - offset above ----
 
 struct Forward {
-  static constexpr double knee = 0.018, slope = 4.5;
+  static constexpr const auto& power = kForwardPower;
   static constexpr const auto& table = gammaCurveFwd8u;
+  static constexpr double knee = 0.018, slope = 4.5, gain = 1.099, offset = 0.099;
 
   template <int N>
-  ZIM_INLINE static Bounds<N> bounds(Lane<Zim64f, N> v) {
-    return powerBounds(kForwardPower, v);
+  ZIM_INLINE static Lane<Zim64f, N> base(Lane<Zim64f, N> v) {
+    return v;
   }
-  static double exactPower(double v) { return std::pow(v, kForwardPower.exponent); }
-
-  template <int N>
-  ZIM_INLINE static Lane<Zim64f, N> fromPower(Lane<Zim64f, N> power) {
-    return power * 1.099 - 0.099;
-  }
+  static double fromPower(double power) { return power * gain - offset; }
 };
 
-// The knee is not 4.5 * 0.018 = 0.081, and the gain not the double nearest 1 / 1.099 but the one below it.
+// The knee is not 4.5 * 0.018 = 0.081, and the factor not the double nearest 1 / 1.099 but the one below it.
 struct Inverse {
-  static constexpr double knee = 0.0812, slope = 0.2222222222222222;
+  static constexpr const auto& power = kInversePower;
   static constexpr const auto& table = gammaCurveInv8u;
+  static constexpr double knee = 0.0812, slope = 0.2222222222222222, gain = 1.0, offset = 0.0;
 
-  template <int N>
-  ZIM_INLINE static Bounds<N> bounds(Lane<Zim64f, N> v) {
-    return powerBounds(kInversePower, base(v));
-  }
-  static double exactPower(double v) { return std::pow(base(Lane<Zim64f, 1>(v)).v, kInversePower.exponent); }
-
-  template <int N>
-  ZIM_INLINE static Lane<Zim64f, N> fromPower(Lane<Zim64f, N> power) {
-    return power;
-  }
-
- private:
   template <int N>
   ZIM_INLINE static Lane<Zim64f, N> base(Lane<Zim64f, N> v) {
     return (v + 0.099) * 0.9099181073703366;
   }
+  static double fromPower(double power) { return power; }
 };
 
-// ---- Realisations: how samples become values, and values samples ----
+// ---- Sample types: a sample lies at a distance from the lower end of its range, and v is that by the range ----
 
-// 16-bit samples x: v = x / 65535 by multiplication; the result times 65535, rounded.
-template <class Curve>
-struct Gamma16u {
+// 16 bits: v = x / 65535, by multiplication; results are rounded.
+struct Range16u {
   using Sample = Zim32s;
-  using Stored = Zim32s;
+  static constexpr double lowest = 0.0, range = 65535.0, inverseRange = 1.5259021896696422e-05;
 
   template <int N>
   ZIM_INLINE static Lane<Zim64f, N> distance(Lane<Zim32s, N> x) {
     return widen(x);
   }
   template <int N>
-  ZIM_INLINE static Lane<Zim64f, N> value(Lane<Zim64f, N> distance) {
-    return distance * 1.5259021896696422e-05;
-  }
-  template <int N>
-  ZIM_INLINE static Lane<Zim32s, N> storedFromPower(Lane<Zim64f, N> power) {
-    return roundHalfEvenPositive(Curve::fromPower(power) * 65535.0);
-  }
-  template <int N>
-  ZIM_INLINE static Lane<Zim32s, N> storedFromLine(Lane<Zim64f, N> line) {
-    return roundHalfEvenPositive(line);
+  ZIM_INLINE static Lane<Zim32s, N> stored(Lane<Zim64f, N> y) {
+    return roundHalfEvenPositive(y);
   }
 };
 
-// Float samples over a range: the differences in single precision, all else in double. Nothing is clipped.
-template <class Curve>
-struct Gamma32f {
+// Floats: differences in single precision, all else in double. Nothing is clipped.
+struct Range32f {
   using Sample = Zim32f;
-  using Stored = Zim32f;
   Zim32f vMin;
   double lowest, range, inverseRange;
 
-  Gamma32f(Zim32f from, Zim32f to)
+  Range32f(Zim32f from, Zim32f to)
       : vMin(from), lowest(from), range(static_cast<double>(to - from)), inverseRange(1.0 / range) {}
 
   template <int N>
@@ -95,58 +70,75 @@ struct Gamma32f {
     return widen(p - vMin);
   }
   template <int N>
-  ZIM_INLINE Lane<Zim64f, N> value(Lane<Zim64f, N> distance) const {
-    return distance * inverseRange;
-  }
-  template <int N>
-  ZIM_INLINE Lane<Zim32f, N> storedFromPower(Lane<Zim64f, N> power) const {
-    return narrow<Zim32f>(Curve::fromPower(power) * range + lowest);
-  }
-  template <int N>
-  ZIM_INLINE Lane<Zim32f, N> storedFromLine(Lane<Zim64f, N> line) const {
-    return narrow<Zim32f>(line + lowest);
+  ZIM_INLINE static Lane<Zim32f, N> stored(Lane<Zim64f, N> y) {
+    return narrow<Zim32f>(y);
   }
 };
 
-template <class Curve, class Realisation>
-struct Gamma : Realisation {
-  using Sample = typename Realisation::Sample;
-  using Stored = typename Realisation::Stored;
+// The kernel. On a single sample it calls pow. Lanes take a power p known within its relative bound and
+//     y = (gain p - offset) range + lowest
+// at both ends of the bound. Storing is monotone, so where the ends agree after it, the exact steps would have stored
+// the same. Their own roundings are covered: those in proportion to p by the bound, that of the last sum by the margin.
+template <class Curve, class Range>
+struct Gamma : Range {
+  using Sample = typename Range::Sample;
+
+  explicit Gamma(const Range& valueRange) : Range(valueRange) {
+    const double factor = Curve::gain * Range::range, term = Range::lowest - Curve::offset * Range::range;
+    const double margin = 0x1p-48 * (std::abs(Range::lowest) + Range::range);
+    low = {factor * (1.0 - Curve::power.relativeBound), term - margin};
+    high = {factor * (1.0 + Curve::power.relativeBound), term + margin};
+  }
 
   template <int N, std::size_t Channels>
-  ZIM_INLINE Pixels<Stored, N, Channels> operator()(const Pixels<Sample, N, Channels>& pixels) const {
+  ZIM_INLINE Pixels<Sample, N, Channels> operator()(const Pixels<Sample, N, Channels>& pixels) const {
     return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return curve(pixels[c]); });
   }
 
  private:
+  struct End {
+    double factor, term;
+  };
+  End low, high;
+
   template <int N>
-  ZIM_INLINE Lane<Stored, N> curve(Lane<Sample, N> sample) const {
-    const auto distance = Realisation::distance(sample);
-    const auto v = Realisation::value(distance);
+  ZIM_INLINE Lane<Sample, N> curve(Lane<Sample, N> sample) const {
+    const auto distance = Range::distance(sample);
+    const auto v = distance * Range::inverseRange;
+    const auto onPower = v >= Curve::knee;
     if constexpr (N == 1) {
-      return v.v >= Curve::knee ? Realisation::storedFromPower(Lane<Zim64f, 1>(Curve::exactPower(v.v)))
-                                : Realisation::storedFromLine(distance * Curve::slope);
+      const auto y = onPower.v != 0 ? Curve::fromPower(std::pow(Curve::base(v).v, Curve::power.exponent)) * Range::range
+                                    : distance.v * Curve::slope;
+      return Range::stored(Lane<Zim64f, 1>(y + Range::lowest));
     } else {
-      const auto line = Realisation::storedFromLine(distance * Curve::slope);
-      const auto onPower = v >= Curve::knee;
+      const auto line = Range::stored(distance * Curve::slope + Range::lowest);
       if (!any(onPower)) return line;
-      const auto bounds = Curve::bounds(v);
-      const auto low = Realisation::storedFromPower(bounds.low), high = Realisation::storedFromPower(bounds.high);
+      const auto power = approximatePower(Curve::power, Curve::base(v));
+      const auto lower = Range::stored(power * low.factor + low.term);
+      const auto upper = Range::stored(power * high.factor + high.term);
       const auto isPower = narrowMask(onPower);
-      const auto result = select(isPower, low, line);
-      if (any(isPower & bitsAs<Zim32s>(low != high))) [[unlikely]]
-        return oneByOne(sample);
-      return result;
+      const auto result = select(isPower, lower, line);
+      const auto inDoubt = isPower & bitsAs<Zim32s>(lower != upper);
+      return any(inDoubt) ? resolved(result, inDoubt, sample) : result;
     }
   }
 
+  // The lanes in doubt once more, one by one.
   template <int N>
-  [[gnu::noinline]] Lane<Stored, N> oneByOne(Lane<Sample, N> samples) const {
-    Sample in[N];
-    Stored out[N];
-    store<Sample, N, 1>(reinterpret_cast<std::byte*>(in), {samples});
-    for (int k = 0; k < N; ++k) out[k] = curve(Lane<Sample, 1>(in[k])).v;
-    return load<Stored, N, 1>(reinterpret_cast<const std::byte*>(out))[0];
+  [[gnu::noinline]] Lane<Sample, N> resolved(Lane<Sample, N> result, Lane<Zim32s, N> inDoubt,
+                                             Lane<Sample, N> sample) const {
+    const auto asArray = []<class T>(Lane<T, N> lanes) {
+      std::array<T, N> values;
+      store<T, N, 1>(reinterpret_cast<std::byte*>(values.data()), {lanes});
+      return values;
+    };
+    auto results = asArray(result);
+    const auto doubts = asArray(inDoubt);
+    const auto samples = asArray(sample);
+    for (std::size_t k = 0; k < N; ++k) {
+      if (doubts[k] != 0) results[k] = curve(Lane<Sample, 1>(samples[k])).v;
+    }
+    return load<Sample, N, 1>(reinterpret_cast<const std::byte*>(results.data()))[0];
   }
 };
 
@@ -185,17 +177,16 @@ ZimResult gamma8u(const Conversion<Layout, Layout>& call) {
 // counted in 32 bits, three a pixel.
 template <class Curve, class Layout>
 ZimResult gamma16u(const Conversion<Layout, Layout>& call) {
-  using Kernel = Gamma<Curve, Gamma16u<Curve>>;
   if (const ZimResult failure = AllTests::check(call); failure != zimResultOk) return failure;
   constexpr Zim32s values = 65536;
   if (wrappingProduct(wrappingProduct(3, call.roiSize.width), call.roiSize.height) <= values) {
-    return pixelwise<Rules<Order<>>>(call, [] { return Kernel{}; });
+    return pixelwise<Rules<Order<>>>(call, [] { return Gamma<Curve, Range16u>({}); });
   }
   const Scratch<Zim16u> table(scratchAlloc16(values));
   if (table == nullptr) return zimResultNoMemory;
   for (Zim32s i = 0; i < values; ++i) table[static_cast<std::size_t>(i)] = static_cast<Zim16u>(i);
   const Conversion<C1<Zim16u>, C1<Zim16u>> fill{table.get(), 1, table.get(), 1, {values, 1}};
-  pixelwise<Rules<Order<>>>(fill, [] { return Kernel{}; });
+  pixelwise<Rules<Order<>>>(fill, [] { return Gamma<Curve, Range16u>({}); });
   lookUpRows(call, table);
   return zimResultOk;
 }
@@ -203,7 +194,7 @@ ZimResult gamma16u(const Conversion<Layout, Layout>& call) {
 template <class Curve, class Layout>
 ZimResult gamma32f(const Conversion<Layout, Layout>& call, Zim32f vMin, Zim32f vMax) {
   if (vMax - vMin <= 0.0F) return zimResultBadRange;
-  return pixelwise<Rules<AllTests>>(call, [&] { return Gamma<Curve, Gamma32f<Curve>>{{vMin, vMax}}; });
+  return pixelwise<Rules<AllTests>>(call, [&] { return Gamma<Curve, Range32f>({vMin, vMax}); });
 }
 
 }  // namespace

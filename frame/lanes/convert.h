@@ -82,6 +82,17 @@ ZIM_INLINE Lane<Wider<T>, N> widen(Lane<T, N> a) {
   }
 }
 
+// The same on the way to a type of 32 bits: bytes without sign pass through 16 bits without sign, which widen further
+// in one step less.
+template <class To, class T, int N>
+ZIM_INLINE auto widenTowards(Lane<T, N> a) {
+  if constexpr (std::is_same_v<T, Zim8u> && sizeof(To) > 2) {
+    return bitsAs<Zim16u>(widen(a));
+  } else {
+    return widen(a);
+  }
+}
+
 // Each lane in the narrower type To, saturated to its range. From double to single: rounded to nearest.
 template <class To, class T, int N>
 ZIM_INLINE Lane<To, N> narrow(Lane<T, N> a) {

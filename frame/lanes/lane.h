@@ -229,16 +229,17 @@ struct Lane {
 #undef ZIM_LANE_ARITHMETIC
 #undef ZIM_LANE_COMPARISON
 
-// The same bits as lanes of another type of the same size.
+// The same bits as lanes of another type, as many as fill the same registers.
 template <class U, class T, int N>
-ZIM_INLINE Lane<U, N> bitsAs(Lane<T, N> a) {
-  static_assert(sizeof(U) == sizeof(T));
+ZIM_INLINE auto bitsAs(Lane<T, N> a) {
+  using Result = Lane<U, N* static_cast<int>(sizeof(T)) / static_cast<int>(sizeof(U))>;
   if constexpr (Lane<T, N>::form == Form::split) {
-    return Lane<U, N>::join(bitsAs<U>(a.v.lo), bitsAs<U>(a.v.hi));
+    return Result::join(bitsAs<U>(a.v.lo), bitsAs<U>(a.v.hi));
   } else if constexpr (Lane<T, N>::form == Form::single) {
-    return Lane<U, N>::of(std::bit_cast<U>(a.v));
+    static_assert(sizeof(U) == sizeof(T));
+    return Result::of(std::bit_cast<U>(a.v));
   } else {
-    return Lane<U, N>::of((typename Lane<U, N>::Value)a.v);
+    return Result::of((typename Result::Value)a.v);
   }
 }
 
