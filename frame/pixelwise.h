@@ -3,7 +3,9 @@
 // A kernel is a pure function on lanes:
 //     using Sample = ...;   the type in which it wants its samples; they are widened to it exactly
 //     template <int N> Pixels<R, N, OutChannels> operator()(Pixels<Sample, N, InChannels> pixels) const;
-// Its results saturate to the destination's sample type. A kernel that keeps low bits instead masks them itself.
+// Its results saturate to the destination's sample type. A kernel that keeps low bits instead masks them itself. One with
+// many constants may ask for two registers of each channel at a time, so that it loads each constant half as often:
+//     static constexpr int registers = 2;
 #pragma once
 
 #include <algorithm>
@@ -17,27 +19,45 @@
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
 
-// The kernel on a block of pixels, as many registers at a time as its sample type asks for. Samples are widened on the
-// way in and results narrowed on the way out step by step, so that few registers are live at a time.
+template <class Kernel>
+inline constexpr int kLanesPerCall = kLanes<typename Kernel::Sample>;
+template <class Kernel>
+  requires requires { Kernel::registers; }
+inline constexpr int kLanesPerCall<Kernel> = kLanes<typename Kernel::Sample> * Kernel::registers;
+
+// Results of two registers or more in half as many, where the destination's samples are narrower. 32-bit results of 8-bit
+// samples pass through 16 bits.
+template <class To, class T, int N>
+ZIM_INLINE auto narrowTowards(Lane<T, N> a) {
+  if constexpr (sizeof(T) <= sizeof(To) || kForm<T, N> != Form::split) {
+    return a;
+  } else if constexpr (sizeof(T) == 2 * sizeof(To)) {
+    return narrow<To>(a);
+  } else {
+    return narrow<Zim16s>(a);
+  }
+}
+
+// The kernel on a block of pixels, as many registers at a time as it asks for. Samples are widened on the way in and
+// results narrowed on the way out step by step, so that few registers are live at a time.
 template <class To, class Kernel, class T, int N, std::size_t Channels>
 ZIM_INLINE auto applyKernel(const Kernel& kernel, const Pixels<T, N, Channels>& in) {
   using Sample = typename Kernel::Sample;
-  if constexpr (N == 1 || N <= kLanes<Sample>) {
+  if constexpr (N <= kLanesPerCall<Kernel>) {
     const auto result = kernel(perChannel<Channels>([&](auto c) ZIM_LAMBDA { return convert<Sample>(in[c]); }));
-    if constexpr (N > 1) {
-      return result;
-    } else {
-      return perChannel<result.size()>([&](auto c) ZIM_LAMBDA { return narrow<To>(result[c]); });
-    }
+    return perChannel<result.size()>([&](auto c) ZIM_LAMBDA {
+      if constexpr (N == 1) {
+        return narrow<To>(result[c]);
+      } else {
+        return narrowTowards<To>(result[c]);
+      }
+    });
   } else if constexpr (kForm<T, N> == Form::split) {
     const auto lo = applyKernel<To>(kernel, lowHalves(in));
     const auto hi = applyKernel<To>(kernel, highHalves(in));
     using Result = typename std::decay_t<decltype(lo[0])>::Element;
-    // 32-bit results of 8-bit samples pass through 16 bits.
-    using Narrowed = std::conditional_t<sizeof(Result) == sizeof(To), Result,
-                                        std::conditional_t<sizeof(Result) == 2 * sizeof(To), To, Zim16s>>;
-    return perChannel<lo.size()>([&](auto c)
-                                     ZIM_LAMBDA { return narrow<Narrowed>(Lane<Result, N>::join(lo[c], hi[c])); });
+    return perChannel<lo.size()>(
+        [&](auto c) ZIM_LAMBDA { return narrowTowards<To>(Lane<Result, N>::join(lo[c], hi[c])); });
   } else {
     return applyKernel<To>(kernel,
                            perChannel<Channels>([&](auto c) ZIM_LAMBDA { return widenTowards<Sample>(in[c]); }));

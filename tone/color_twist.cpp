@@ -30,11 +30,8 @@ struct Twist {
 };
 
 // Rounded to nearest, ties to even, and saturated ahead of that; NaN becomes 0.
-//
-// Where no sum can leave 32 bits, the saturation of the store gives the same, since rounding is monotone and keeps
-// integers; that holds of nearly all matrices.
-template <class T, bool bounded>
-struct TwistRounded : Twist {
+template <class T>
+struct TwistSaturated : Twist {
   using Twist::Twist;
 
   template <int N>
@@ -50,10 +47,22 @@ struct TwistRounded : Twist {
     constexpr auto highest = static_cast<Zim32f>(std::numeric_limits<T>::max());
     if constexpr (std::is_unsigned_v<T>) {
       // Negative sums and NaN come out as zero or below, for which the store gives 0.
-      return roundHalfEvenPositive(bounded ? a : smaller(a, Lane<Zim32f, N>(highest)));
+      return roundHalfEvenPositive(smaller(a, Lane<Zim32f, N>(highest)));
     } else {
-      return bounded ? roundHalfEvenSigned(a) : roundHalfEvenSigned(clamp(a, lowest, highest)) & (a == a);
+      return roundHalfEvenSigned(clamp(a, lowest, highest)) & (a == a);
     }
+  }
+};
+
+// The same where no sum can leave 32 bits: then the saturation of the store does as well, since rounding is monotone
+// and keeps integers.
+struct TwistBounded : Twist {
+  using Twist::Twist;
+
+  template <int N>
+  ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& pixels) const {
+    const auto sums = Twist::operator()(pixels);
+    return perChannel<3>([&](auto k) ZIM_LAMBDA { return roundHalfEvenByProcessor(sums[k]); });
   }
 };
 
@@ -65,16 +74,17 @@ struct TwistInteger {
 
   template <class Use>
   ZIM_INLINE void choose(const Use& use) const {
-    constexpr Zim32f largestSample = 65536.0F, limit = 1e9F;
-    const auto isBounded = [](const Zim32f(&row)[4]) {
-      const Zim32f weights = std::abs(row[0]) + std::abs(row[1]) + std::abs(row[2]);
-      return weights * largestSample + std::abs(row[3]) < limit;
-    };
-    if (isBounded(twist[0]) && isBounded(twist[1]) && isBounded(twist[2])) {
-      use(TwistRounded<T, true>(twist));
+    if (roundsToNearest() && std::all_of(twist, twist + 3, isBounded)) {
+      use(TwistBounded(twist));
     } else {
-      use(TwistRounded<T, false>(twist));
+      use(TwistSaturated<T>(twist));
     }
+  }
+
+ private:
+  static bool isBounded(const Zim32f (&row)[4]) {
+    constexpr Zim32f largestSample = 65536.0F, limit = 1e9F;
+    return (std::abs(row[0]) + std::abs(row[1]) + std::abs(row[2])) * largestSample + std::abs(row[3]) < limit;
   }
 };
 

@@ -177,6 +177,18 @@ ZIM_INLINE Lane<Zim32s, N> truncate(Lane<Zim64f, N> a) {
   }
 }
 
+// The nearest integer in the rounding mode of the processor; what 32 bits do not hold gives 0x80000000.
+template <int N>
+ZIM_INLINE Lane<Zim32s, N> roundByProcessor(Lane<Zim32f, N> a) {
+  if constexpr (Lane<Zim32f, N>::form == Form::single) {
+    return Lane<Zim32s, N>(_mm_cvtss_si32(_mm_set_ss(a.v)));
+  } else if constexpr (Lane<Zim32f, N>::form == Form::split) {
+    return Lane<Zim32s, N>::join(roundByProcessor(a.v.lo), roundByProcessor(a.v.hi));
+  } else {
+    return Lane<Zim32s, N>::of((typename Lane<Zim32s, N>::Value)ZIM_MM(cvtps_epi32)(a.v));
+  }
+}
+
 // The nearest float (ties to even); exact below 2^24.
 template <int N>
 ZIM_INLINE Lane<Zim32f, N> toFloat(Lane<Zim32s, N> a) {
