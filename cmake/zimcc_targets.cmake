@@ -59,7 +59,8 @@ function(zimcc_add_library target level flags folder)
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME zimcc
     LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib/${folder})
-  target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${flags}>)
+  # Kernels are vector code as they stand: more than -O2 only copies their loops.
+  target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${flags}> $<$<AND:$<COMPILE_LANGUAGE:CXX>,$<CONFIG:Release>>:-O2>)
   target_include_directories(${target}
     PRIVATE ${PROJECT_SOURCE_DIR}
     PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)

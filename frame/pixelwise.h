@@ -3,8 +3,9 @@
 // A kernel is a pure function on lanes:
 //     using Sample = ...;   the type in which it wants its samples; they are widened to it exactly
 //     template <int N> Pixels<R, N, OutChannels> operator()(Pixels<Sample, N, InChannels> pixels) const;
-// Its results saturate to the destination's sample type. A kernel that keeps low bits instead masks them itself. One with
-// many constants may ask for two registers of each channel at a time, so that it loads each constant half as often:
+// Its results saturate to the destination's sample type. A kernel that keeps low bits instead masks them itself. One
+// with many constants may ask for two registers of each channel at a time, so that it loads each constant half as
+// often:
 //     static constexpr int registers = 2;
 #pragma once
 
@@ -22,11 +23,11 @@ inline namespace ZIM_TARGET_NAMESPACE {
 template <class Kernel>
 inline constexpr int kLanesPerCall = kLanes<typename Kernel::Sample>;
 template <class Kernel>
-  requires requires { Kernel::registers; }
+requires requires { Kernel::registers; }
 inline constexpr int kLanesPerCall<Kernel> = kLanes<typename Kernel::Sample> * Kernel::registers;
 
-// Results of two registers or more in half as many, where the destination's samples are narrower. 32-bit results of 8-bit
-// samples pass through 16 bits.
+// Results of two registers or more in half as many, where the destination's samples are narrower. 32-bit results of
+// 8-bit samples pass through 16 bits.
 template <class To, class T, int N>
 ZIM_INLINE auto narrowTowards(Lane<T, N> a) {
   if constexpr (sizeof(T) <= sizeof(To) || kForm<T, N> != Form::split) {
@@ -56,8 +57,8 @@ ZIM_INLINE auto applyKernel(const Kernel& kernel, const Pixels<T, N, Channels>& 
     const auto lo = applyKernel<To>(kernel, lowHalves(in));
     const auto hi = applyKernel<To>(kernel, highHalves(in));
     using Result = typename std::decay_t<decltype(lo[0])>::Element;
-    return perChannel<lo.size()>(
-        [&](auto c) ZIM_LAMBDA { return narrowTowards<To>(Lane<Result, N>::join(lo[c], hi[c])); });
+    return perChannel<lo.size()>([&](auto c)
+                                     ZIM_LAMBDA { return narrowTowards<To>(Lane<Result, N>::join(lo[c], hi[c])); });
   } else {
     return applyKernel<To>(kernel,
                            perChannel<Channels>([&](auto c) ZIM_LAMBDA { return widenTowards<Sample>(in[c]); }));
@@ -87,30 +88,39 @@ ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from,
   Destination::template store<N>(to, applyKernel<typename Destination::Sample>(kernel, in));
 }
 
-// One row: whole blocks, then the rest through blocks of its own, or pixel by pixel where that is quicker.
+// One row: whole blocks, then the rest as a block apart from the row, or pixel by pixel where that is quicker.
 template <class Source, class Destination, class Kernel>
 ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Position<std::byte, Destination::planes> to,
                            std::ptrdiff_t width, const Kernel& kernel) {
   constexpr int block = std::max(kLanes<typename Source::Sample>, kLanes<typename Destination::Sample>);
   constexpr int fewPixels = block / 8 + 1;
-  const std::ptrdiff_t wholeBlocks = Source::hasGaps ? width - 1 : width;
-  std::ptrdiff_t x = 0;
-  for (; x <= wholeBlocks - block; x += block) {
-    convertBlock<Source, Destination, block>(from.at(x * Source::pixelBytes), to.at(x * Destination::pixelBytes),
-                                             kernel);
+  std::ptrdiff_t blocks = (Source::hasGaps ? width - 1 : width) / block;
+  const auto rest = static_cast<int>(width - blocks * block);
+  const bool restIsBlock = rest > fewPixels && rest < block;
+  const auto restTo = to.at(blocks * block * Destination::pixelBytes);
+  Block<Source, block> sourceRest;
+  Block<Destination, block> destinationRest;
+  // Two rounds of one loop, over the row and over the rest: a second copy of the kernel would cost as much code again.
+  for (int round = 0; round < (restIsBlock ? 2 : 1); ++round) {
+    if (round == 1) {
+      std::memset(&sourceRest, 0, sizeof(sourceRest));
+      Source::read(sourceRest.start(), from, rest);
+      from = readOnly(sourceRest.start());
+      to = destinationRest.start();
+      blocks = 1;
+    }
+    for (; blocks > 0; --blocks) {
+      convertBlock<Source, Destination, block>(from, to, kernel);
+      from = from.at(block * Source::pixelBytes);
+      to = to.at(block * Destination::pixelBytes);
+    }
   }
-  const auto rest = static_cast<int>(width - x);
-  if (Source::hasGaps && rest == block) {
-    convertBlock<Source, Destination, block, Extent::shortOfLast>(from.at(x * Source::pixelBytes),
-                                                                  to.at(x * Destination::pixelBytes), kernel);
-  } else if (rest > fewPixels && rest < block) {
-    Block<Source, block> source = {};
-    Block<Destination, block> destination;
-    Source::read(source.start(), from.at(x * Source::pixelBytes), rest);
-    convertBlock<Source, Destination, block>(readOnly(source.start()), destination.start(), kernel);
-    Destination::write(to.at(x * Destination::pixelBytes), readOnly(destination.start()), rest);
+  if (restIsBlock) {
+    Destination::write(restTo, readOnly(destinationRest.start()), rest);
+  } else if (Source::hasGaps && rest == block) {
+    convertBlock<Source, Destination, block, Extent::shortOfLast>(from, to, kernel);
   } else {
-    for (; x < width; ++x) {
+    for (int x = 0; x < rest; ++x) {
       convertBlock<Source, Destination, 1>(from.at(x * Source::pixelBytes), to.at(x * Destination::pixelBytes), kernel);
     }
   }

@@ -133,7 +133,7 @@ struct GrayFloat {
 
   template <int N>
   ZIM_INLINE Pixels<T, N, 1> operator()(Pixels<T, N, 3> pixels) const {
-    const auto [a, b, c] = pixels;
+    const auto& [a, b, c] = pixels;
     auto t = a * weights.w[0];
     t = t + b * weights.w[1];
     t = t + c * weights.w[2];
