@@ -79,7 +79,7 @@ struct Known {
 template <class T>
 void expectKnown(const std::vector<Known<T>>& known, const Weights<T>* weights = nullptr) {
   for (const auto& [pixel, gray] : known) {
-    for (const std::size_t width : {1, 40}) {
+    for (const std::size_t width : {1U, 40U}) {
       const std::vector pixels(width, pixel);
       const std::vector expected(width, gray);
       EXPECT_EQ((grayOf<T, 3>(pixels, weights)), expected) << +pixel.a << ' ' << +pixel.b << ' ' << +pixel.c;
