@@ -30,7 +30,6 @@ struct Interleaved {
   static constexpr std::size_t channels = Channels;
   static constexpr std::size_t planes = 1;
   static constexpr std::ptrdiff_t pixelBytes = sizeof(T) * Stride;
-  static constexpr std::ptrdiff_t samplesPerPixel = 1;
   // Whether a block of whole pixels ends in a sample that is not of this layout.
   static constexpr bool hasGaps = Stride > Channels;
 
@@ -90,7 +89,6 @@ struct Planar {
   static constexpr std::size_t channels = Channels;
   static constexpr std::size_t planes = Channels;
   static constexpr std::ptrdiff_t pixelBytes = sizeof(T);
-  static constexpr std::ptrdiff_t samplesPerPixel = 1;
   static constexpr bool hasGaps = false;
 
   ZIM_INLINE static Position<const std::byte, planes> start(Source p) {
@@ -132,11 +130,6 @@ template <class T>
 using C1 = Interleaved<T, 1>;
 template <class T>
 using C3 = Interleaved<T, 3>;
-// Three interleaved samples that are all treated alike: a row is one channel of three times the width.
-template <class T>
-struct FlatC3 : C1<T> {
-  static constexpr std::ptrdiff_t samplesPerPixel = 3;
-};
 template <class T>
 using C4 = Interleaved<T, 4>;
 template <class T>

@@ -178,8 +178,8 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
       for (Zim32s row = 0; row < count; ++row) {
         convertRow<Source, Destination>(
             from.at(rowOffset<Rules::offsets, typename Source::Sample>(row, call.srcStep)),
-            to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep)),
-            call.roiSize.width * Source::samplesPerPixel, local);
+            to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep)), call.roiSize.width,
+            local);
       }
     });
   });

@@ -35,9 +35,9 @@ std::ptrdiff_t rowOffset(Zim32s row, Zim32s step) {
   }
 }
 
-// Runs task(thread, team size) on each thread of a team of the asked size; a runtime may grant fewer.
+// Runs task(thread, team size) on each thread of a team of the asked size; the runtime may grant fewer.
 template <class Task>
-void inTeam(int teamSize, const Task& task) {
+void inTeam([[maybe_unused]] int teamSize, const Task& task) {
 #pragma omp parallel num_threads(teamSize)
   task(omp_get_thread_num(), omp_get_num_threads());
 }

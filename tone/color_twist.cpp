@@ -10,7 +10,7 @@ using namespace zim;
 
 namespace {
 
-// Output sample k: a = m0 x, then + m3, then + m1 y, then + m2 z. The offset enters second.
+// Output sample k of x, y, z: a = m0 x, then + m3, then + m1 y, then + m2 z. The offset enters second.
 struct Twist {
   using Sample = Zim32f;
   Zim32f m[3][4];
@@ -19,12 +19,11 @@ struct Twist {
 
   template <int N>
   ZIM_INLINE Pixels<Zim32f, N, 3> operator()(const Pixels<Zim32f, N, 3>& pixels) const {
-    const auto& [x, y, z] = pixels;
     return perChannel<3>([&](auto k) ZIM_LAMBDA {
-      auto a = x * m[k][0];
+      auto a = pixels[0] * m[k][0];
       a = a + m[k][3];
-      a = a + y * m[k][1];
-      return a + z * m[k][2];
+      a = a + pixels[1] * m[k][1];
+      return a + pixels[2] * m[k][2];
     });
   }
 };

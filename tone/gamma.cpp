@@ -142,33 +142,68 @@ struct Gamma : Range {
   }
 };
 
-// ---- Rows through a table ----
+// ---- Rows of samples: where all samples are treated alike, planes and interleaved triples are the same ----
 
-template <class Layout, class Table>
-void lookUpRows(const Conversion<Layout, Layout>& call, const Table& table) {
+// convert(from, to, width, layout) for every row: those of each plane as one channel, three times as wide where three
+// channels are interleaved, or whole pixels where some samples are to stay.
+template <class Layout, class Convert>
+void forRows(const Conversion<Layout, Layout>& call, const Convert& convert) {
   using Sample = typename Layout::Sample;
-  const auto width = std::ptrdiff_t{call.roiSize.width} * Layout::samplesPerPixel;
   const auto source = Layout::start(call.pSrc);
   const auto destination = Layout::start(call.pDst);
-  for (Zim32s row = 0; row < call.roiSize.height; ++row) {
-    const auto from = source.at(rowOffset<Offsets::bytes, Sample>(row, call.srcStep));
-    const auto to = destination.at(rowOffset<Offsets::bytes, Sample>(row, call.dstStep));
-    for (std::ptrdiff_t x = 0; x < width; ++x) {
-      const auto pixel = Layout::template load<1, Extent::whole>(from.at(x * Layout::pixelBytes));
-      Layout::template store<1>(to.at(x * Layout::pixelBytes), perChannel<Layout::channels>([&](auto c) ZIM_LAMBDA {
-                                  return Lane<Sample, 1>(table[pixel[c].v]);
-                                }));
+  for (std::size_t plane = 0; plane < Layout::planes; ++plane) {
+    for (Zim32s row = 0; row < call.roiSize.height; ++row) {
+      const Position<const std::byte, 1> from = {source.plane[plane] +
+                                                 rowOffset<Offsets::bytes, Sample>(row, call.srcStep)};
+      const Position<std::byte, 1> to = {destination.plane[plane] +
+                                         rowOffset<Offsets::bytes, Sample>(row, call.dstStep)};
+      if constexpr (Layout::hasGaps) {
+        convert(from, to, call.roiSize.width, Layout());
+      } else {
+        convert(from, to, std::ptrdiff_t{call.roiSize.width} * Layout::pixelBytes / std::ptrdiff_t{sizeof(Sample)},
+                C1<Sample>());
+      }
     }
   }
 }
 
+// Not inlined, so that all layouts share the code of a kernel.
+template <class Layout, class Kernel>
+[[gnu::noinline]] void curveRow(Position<const std::byte, 1> from, Position<std::byte, 1> to, std::ptrdiff_t width,
+                                const Kernel& kernel) {
+  convertRow<Layout, Layout>(from, to, width, Kernel(kernel));
+}
+
+template <class Layout, class Kernel>
+void curveRows(const Conversion<Layout, Layout>& call, const Kernel& kernel) {
+  forRows(call, [&](auto from, auto to, std::ptrdiff_t width, auto layout) {
+    curveRow<decltype(layout)>(from, to, width, kernel);
+  });
+}
+
+template <class Layout, class Table>
+void lookUpRows(const Conversion<Layout, Layout>& call, const Table& table) {
+  forRows(call, [&](auto from, auto to, std::ptrdiff_t width, auto layout) {
+    using Row = decltype(layout);
+    const auto lookUp = [&](std::ptrdiff_t x) ZIM_LAMBDA {
+      const auto pixel = Row::template load<1, Extent::whole>(from.at(x * Row::pixelBytes));
+      Row::template store<1>(to.at(x * Row::pixelBytes), perChannel<Row::channels>([&](auto c) ZIM_LAMBDA {
+                               return Lane<typename Row::Sample, 1>(table[pixel[c].v]);
+                             }));
+    };
+    std::ptrdiff_t x = 0;
+    for (; x <= width - 8; x += 8) forChannels<8>([&](auto i) ZIM_LAMBDA { lookUp(x + std::ptrdiff_t{i}); });
+    for (; x < width; ++x) lookUp(x);
+  });
+}
+
 // ---- Bodies ----
 
-using AllTests = N_Q_S_T;
+using Tests = N_Q_S_T;
 
 template <class Curve, class Layout>
 ZimResult gamma8u(const Conversion<Layout, Layout>& call) {
-  if (const ZimResult failure = AllTests::check(call); failure != zimResultOk) return failure;
+  if (const ZimResult failure = Tests::check(call); failure != zimResultOk) return failure;
   lookUpRows(call, Curve::table);
   return zimResultOk;
 }
@@ -177,16 +212,17 @@ ZimResult gamma8u(const Conversion<Layout, Layout>& call) {
 // counted in 32 bits, three a pixel.
 template <class Curve, class Layout>
 ZimResult gamma16u(const Conversion<Layout, Layout>& call) {
-  if (const ZimResult failure = AllTests::check(call); failure != zimResultOk) return failure;
+  if (const ZimResult failure = Tests::check(call); failure != zimResultOk) return failure;
+  const Gamma<Curve, Range16u> kernel({});
   constexpr Zim32s values = 65536;
   if (wrappingProduct(wrappingProduct(3, call.roiSize.width), call.roiSize.height) <= values) {
-    return pixelwise<Rules<Order<>>>(call, [] { return Gamma<Curve, Range16u>({}); });
+    curveRows(call, kernel);
+    return zimResultOk;
   }
   const Scratch<Zim16u> table(scratchAlloc16(values));
   if (table == nullptr) return zimResultNoMemory;
   for (Zim32s i = 0; i < values; ++i) table[static_cast<std::size_t>(i)] = static_cast<Zim16u>(i);
-  const Conversion<C1<Zim16u>, C1<Zim16u>> fill{table.get(), 1, table.get(), 1, {values, 1}};
-  pixelwise<Rules<Order<>>>(fill, [] { return Gamma<Curve, Range16u>({}); });
+  curveRow<C1<Zim16u>>(readOnly(C1<Zim16u>::start(table.get())), C1<Zim16u>::start(table.get()), values, kernel);
   lookUpRows(call, table);
   return zimResultOk;
 }
@@ -194,7 +230,9 @@ ZimResult gamma16u(const Conversion<Layout, Layout>& call) {
 template <class Curve, class Layout>
 ZimResult gamma32f(const Conversion<Layout, Layout>& call, Zim32f vMin, Zim32f vMax) {
   if (vMax - vMin <= 0.0F) return zimResultBadRange;
-  return pixelwise<Rules<AllTests>>(call, [&] { return Gamma<Curve, Range32f>({vMin, vMax}); });
+  if (const ZimResult failure = Tests::check(call); failure != zimResultOk) return failure;
+  curveRows(call, Gamma<Curve, Range32f>({vMin, vMax}));
+  return zimResultOk;
 }
 
 }  // namespace
@@ -221,41 +259,41 @@ ZimResult gamma32f(const Conversion<Layout, Layout>& call, Zim32f vMin, Zim32f v
 
 // clang-format off
 //                   export                   layout         body
-GAMMA(               zimiGammaFwd_8u_C3R,     FlatC3<Zim8u>,   gamma8u<Forward>)
+GAMMA(               zimiGammaFwd_8u_C3R,     C3<Zim8u>,   gamma8u<Forward>)
 GAMMA(               zimiGammaFwd_8u_AC4R,    AC4<Zim8u>,      gamma8u<Forward>)
-GAMMA_IN_PLACE(      zimiGammaFwd_8u_C3IR,    FlatC3<Zim8u>,   gamma8u<Forward>)
+GAMMA_IN_PLACE(      zimiGammaFwd_8u_C3IR,    C3<Zim8u>,   gamma8u<Forward>)
 GAMMA_IN_PLACE(      zimiGammaFwd_8u_AC4IR,   AC4<Zim8u>,      gamma8u<Forward>)
 GAMMA(               zimiGammaFwd_8u_P3R,     P3<Zim8u>,       gamma8u<Forward>)
 GAMMA_IN_PLACE(      zimiGammaFwd_8u_IP3R,    P3<Zim8u>,       gamma8u<Forward>)
-GAMMA(               zimiGammaInv_8u_C3R,     FlatC3<Zim8u>,   gamma8u<Inverse>)
+GAMMA(               zimiGammaInv_8u_C3R,     C3<Zim8u>,   gamma8u<Inverse>)
 GAMMA(               zimiGammaInv_8u_AC4R,    AC4<Zim8u>,      gamma8u<Inverse>)
-GAMMA_IN_PLACE(      zimiGammaInv_8u_C3IR,    FlatC3<Zim8u>,   gamma8u<Inverse>)
+GAMMA_IN_PLACE(      zimiGammaInv_8u_C3IR,    C3<Zim8u>,   gamma8u<Inverse>)
 GAMMA_IN_PLACE(      zimiGammaInv_8u_AC4IR,   AC4<Zim8u>,      gamma8u<Inverse>)
 GAMMA(               zimiGammaInv_8u_P3R,     P3<Zim8u>,       gamma8u<Inverse>)
 GAMMA_IN_PLACE(      zimiGammaInv_8u_IP3R,    P3<Zim8u>,       gamma8u<Inverse>)
 
-GAMMA(               zimiGammaFwd_16u_C3R,    FlatC3<Zim16u>,  gamma16u<Forward>)
+GAMMA(               zimiGammaFwd_16u_C3R,    C3<Zim16u>,  gamma16u<Forward>)
 GAMMA(               zimiGammaFwd_16u_AC4R,   AC4<Zim16u>,     gamma16u<Forward>)
-GAMMA_IN_PLACE(      zimiGammaFwd_16u_C3IR,   FlatC3<Zim16u>,  gamma16u<Forward>)
+GAMMA_IN_PLACE(      zimiGammaFwd_16u_C3IR,   C3<Zim16u>,  gamma16u<Forward>)
 GAMMA_IN_PLACE(      zimiGammaFwd_16u_AC4IR,  AC4<Zim16u>,     gamma16u<Forward>)
 GAMMA(               zimiGammaFwd_16u_P3R,    P3<Zim16u>,      gamma16u<Forward>)
 GAMMA_IN_PLACE(      zimiGammaFwd_16u_IP3R,   P3<Zim16u>,      gamma16u<Forward>)
-GAMMA(               zimiGammaInv_16u_C3R,    FlatC3<Zim16u>,  gamma16u<Inverse>)
+GAMMA(               zimiGammaInv_16u_C3R,    C3<Zim16u>,  gamma16u<Inverse>)
 GAMMA(               zimiGammaInv_16u_AC4R,   AC4<Zim16u>,     gamma16u<Inverse>)
-GAMMA_IN_PLACE(      zimiGammaInv_16u_C3IR,   FlatC3<Zim16u>,  gamma16u<Inverse>)
+GAMMA_IN_PLACE(      zimiGammaInv_16u_C3IR,   C3<Zim16u>,  gamma16u<Inverse>)
 GAMMA_IN_PLACE(      zimiGammaInv_16u_AC4IR,  AC4<Zim16u>,     gamma16u<Inverse>)
 GAMMA(               zimiGammaInv_16u_P3R,    P3<Zim16u>,      gamma16u<Inverse>)
 GAMMA_IN_PLACE(      zimiGammaInv_16u_IP3R,   P3<Zim16u>,      gamma16u<Inverse>)
 
-GAMMA_RANGE(         zimiGammaFwd_32f_C3R,    FlatC3<Zim32f>,  gamma32f<Forward>)
+GAMMA_RANGE(         zimiGammaFwd_32f_C3R,    C3<Zim32f>,  gamma32f<Forward>)
 GAMMA_RANGE(         zimiGammaFwd_32f_AC4R,   AC4<Zim32f>,     gamma32f<Forward>)
-GAMMA_RANGE_IN_PLACE(zimiGammaFwd_32f_C3IR,   FlatC3<Zim32f>,  gamma32f<Forward>)
+GAMMA_RANGE_IN_PLACE(zimiGammaFwd_32f_C3IR,   C3<Zim32f>,  gamma32f<Forward>)
 GAMMA_RANGE_IN_PLACE(zimiGammaFwd_32f_AC4IR,  AC4<Zim32f>,     gamma32f<Forward>)
 GAMMA_RANGE(         zimiGammaFwd_32f_P3R,    P3<Zim32f>,      gamma32f<Forward>)
 GAMMA_RANGE_IN_PLACE(zimiGammaFwd_32f_IP3R,   P3<Zim32f>,      gamma32f<Forward>)
-GAMMA_RANGE(         zimiGammaInv_32f_C3R,    FlatC3<Zim32f>,  gamma32f<Inverse>)
+GAMMA_RANGE(         zimiGammaInv_32f_C3R,    C3<Zim32f>,  gamma32f<Inverse>)
 GAMMA_RANGE(         zimiGammaInv_32f_AC4R,   AC4<Zim32f>,     gamma32f<Inverse>)
-GAMMA_RANGE_IN_PLACE(zimiGammaInv_32f_C3IR,   FlatC3<Zim32f>,  gamma32f<Inverse>)
+GAMMA_RANGE_IN_PLACE(zimiGammaInv_32f_C3IR,   C3<Zim32f>,  gamma32f<Inverse>)
 GAMMA_RANGE_IN_PLACE(zimiGammaInv_32f_AC4IR,  AC4<Zim32f>,     gamma32f<Inverse>)
 GAMMA_RANGE(         zimiGammaInv_32f_P3R,    P3<Zim32f>,      gamma32f<Inverse>)
 GAMMA_RANGE_IN_PLACE(zimiGammaInv_32f_IP3R,   P3<Zim32f>,      gamma32f<Inverse>)
