@@ -26,9 +26,8 @@ function(zimcc_configure target)
       # In the lanes, all inlined, the check of pointer offsets alone takes most of the compiler's time; what goes out of
       # bounds the address sanitizer sees.
       $<$<COMPILE_LANGUAGE:CXX>:-fno-sanitize=pointer-overflow>)
-    # Whatever links to an instrumented library needs the sanitizer's runtime, too: a C program also its C++ part.
-    target_link_options(${target} PUBLIC
-      -fsanitize=${ZIMCC_SANITIZE} $<$<CXX_COMPILER_ID:Clang>:-fsanitize-link-c++-runtime>)
+    # Whatever links to an instrumented library needs the sanitizer's runtime, too.
+    target_link_options(${target} PUBLIC -fsanitize=${ZIMCC_SANITIZE})
   endif()
 endfunction()
 
