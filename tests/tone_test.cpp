@@ -137,8 +137,8 @@ Zim32s storedInteger(double y) {
   return i % 2 != 0 && static_cast<Zim32f>(t) == static_cast<Zim32f>(i) ? i - 1 : i;
 }
 
-Zim32s integerOf(const Curve& curve, Zim32s x, double maximum, double scale) {
-  const double v = x * scale;
+Zim32s integerOf(const Curve& curve, std::size_t sample, double maximum, double scale) {
+  const auto x = static_cast<double>(sample), v = x * scale;
   return storedInteger(v >= curve.knee ? curve(v) * maximum : x * curve.slope);
 }
 
@@ -153,7 +153,7 @@ TEST(Gamma, EveryValueOfBothIntegerTypes) {
     std::vector<Zim8u> bytes(258);
     std::iota(bytes.begin(), bytes.end(), Zim8u{0});
     ASSERT_EQ(form.bytes(bytes.data(), 258, {86, 1}), zimResultOk);
-    for (Zim32s x = 0; x < 256; ++x) EXPECT_EQ(bytes[x], integerOf(form.curve, x, 255.0, 1.0 / 255.0)) << x;
+    for (std::size_t x = 0; x < 256; ++x) EXPECT_EQ(bytes[x], integerOf(form.curve, x, 255.0, 1.0 / 255.0)) << x;
     // Wide enough for a table, and the same without one, in rows.
     std::vector<Zim16u> words(3 * 21846), direct;
     std::iota(words.begin(), words.end(), Zim16u{0});
@@ -162,7 +162,7 @@ TEST(Gamma, EveryValueOfBothIntegerTypes) {
     for (std::size_t i = 0; i < direct.size(); i += 6 * 331) {
       ASSERT_EQ(form.words(&direct[i], 6 * 662, {662, 1}), zimResultOk);
     }
-    for (Zim32s x = 0; x < 65536; ++x) {
+    for (std::size_t x = 0; x < 65536; ++x) {
       ASSERT_EQ(words[x], integerOf(form.curve, x, 65535.0, 1.5259021896696422e-05)) << x;
       ASSERT_EQ(direct[x], words[x]) << x;
     }
