@@ -85,7 +85,8 @@ struct Gamma : Range {
 
   explicit Gamma(const Range& valueRange) : Range(valueRange) {
     const double factor = Curve::gain * Range::range, term = Range::lowest - Curve::offset * Range::range;
-    const double margin = 0x1p-48 * (std::abs(Range::lowest) + Range::range);
+    // In the tiniest ranges results could differ in the sign of a zero, which compares equal: there all is in doubt.
+    const double margin = Range::range > 1e-25 ? 0x1p-48 * (std::abs(Range::lowest) + Range::range) : HUGE_VAL;
     low = {factor * (1.0 - Curve::power.relativeBound), term - margin};
     high = {factor * (1.0 + Curve::power.relativeBound), term + margin};
   }
@@ -111,14 +112,17 @@ struct Gamma : Range {
                                     : distance.v * Curve::slope;
       return Range::stored(Lane<Zim64f, 1>(y + Range::lowest));
     } else {
-      const auto line = Range::stored(distance * Curve::slope + Range::lowest);
-      if (!any(onPower)) return line;
-      const auto power = approximatePower(Curve::power, Curve::base(v));
-      const auto lower = Range::stored(power * low.factor + low.term);
-      const auto upper = Range::stored(power * high.factor + high.term);
       const auto isPower = narrowMask(onPower);
-      const auto result = select(isPower, lower, line);
-      const auto inDoubt = isPower & bitsAs<Zim32s>(lower != upper);
+      const auto line = [&]() ZIM_LAMBDA { return Range::stored(distance * Curve::slope + Range::lowest); };
+      if (!any(isPower)) return line();
+      const auto power = approximatePower(Curve::power, Curve::base(v));
+      auto result = Range::stored(power * low.factor + low.term);
+      auto inDoubt = bitsAs<Zim32s>(result != Range::stored(power * high.factor + high.term));
+      // Nearly all vectors lie wholly on one part of the curve.
+      if (any(~isPower)) {
+        result = select(isPower, result, line());
+        inDoubt = inDoubt & isPower;
+      }
       return any(inDoubt) ? resolved(result, inDoubt, sample) : result;
     }
   }
