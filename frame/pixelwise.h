@@ -4,8 +4,7 @@
 //     using Sample = ...;   the type in which it wants its samples; they are widened to it exactly
 //     template <int N> Pixels<R, N, OutChannels> operator()(Pixels<Sample, N, InChannels> pixels) const;
 // Its results saturate to the destination's sample type. A kernel that keeps low bits instead masks them itself. One
-// with many constants may ask for two registers of each channel at a time, so that it loads each constant half as
-// often:
+// that is a long chain of operations may ask for several registers of each channel at a time:
 //     static constexpr int registers = 2;
 #pragma once
 
@@ -92,7 +91,8 @@ ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from,
 template <class Source, class Destination, class Kernel>
 ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Position<std::byte, Destination::planes> to,
                            std::ptrdiff_t width, const Kernel& kernel) {
-  constexpr int block = std::max(kLanes<typename Source::Sample>, kLanes<typename Destination::Sample>);
+  constexpr int block =
+      std::max({kLanes<typename Source::Sample>, kLanes<typename Destination::Sample>, kLanesPerCall<Kernel>});
   constexpr int fewPixels = block / 8 + 1;
   std::ptrdiff_t blocks = (Source::hasGaps ? width - 1 : width) / block;
   const auto rest = static_cast<int>(width - blocks * block);

@@ -30,6 +30,31 @@ struct ToYCoCg {
   }
 };
 
+// The same on 16-bit samples in 16-bit lanes, of which the low bits are kept. With the mean of R and B rounded up,
+// M = (R + B + 1) >> 1, and down, M - ((R ^ B) & 1), which loses a half that does not reach the results:
+//   Y = (down(M) + G + 1) >> 1,  Cg = (G - M + 1) >> 1,  and a difference (a - b + 1) >> 1 is ((a + ~b + 1) >> 1) + ((a
+//   ^ b) & 1)
+struct ToYCoCgWords {
+  using Sample = Zim16s;
+
+  template <int N>
+  ZIM_INLINE Pixels<Zim16s, N, 3> operator()(const Pixels<Zim16s, N, 3>& rgb) const {
+    const auto& [r, g, b] = rgb;
+    const auto mean = averageUp(r, b);
+    return {averageUp(mean - isOdd(r, b), g), halfDifference(r, b), halfDifference(g, mean)};
+  }
+
+ private:
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> isOdd(Lane<Zim16s, N> a, Lane<Zim16s, N> b) {
+    return (a ^ b) & 1;
+  }
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> halfDifference(Lane<Zim16s, N> a, Lane<Zim16s, N> b) {
+    return averageUp(a, ~b) + isOdd(a, b);
+  }
+};
+
 // Chroma about 128; of its range, [1, 256], only the upper end needs a limit, which the store sets.
 struct ToYCoCgOffset : ToYCoCg<Zim16s> {
   template <int N>
@@ -114,6 +139,7 @@ struct Cut : Kernel {
 
 using Narrow = OfBgr<ToYCoCg<Zim16s>>;
 using NarrowReversible = OfBgr<ToYCoCgReversible<Zim16s>>;
+using Words = OfBgr<ToYCoCgWords>;
 using Wide = OfBgr<ToYCoCg<Zim32s>>;
 using WideReversible = OfBgr<ToYCoCgReversible<Zim32s>>;
 
@@ -135,8 +161,8 @@ ZIM_PIXELWISE(zimiBGRToYCoCg_8u16s_C3P3R,          NoSizeTest, C3<Zim8u>,   P3<Z
 ZIM_PIXELWISE(zimiBGRToYCoCg_8u16s_C4P3R,          NoSizeTest, AC4<Zim8u>,  P3<Zim16s>,  ZIM_NOTHING,   Narrow{})
 ZIM_PIXELWISE(zimiBGRToYCoCg_Rev_8u16s_C3P3R,      NoSizeTest, C3<Zim8u>,   P3<Zim16s>,  ZIM_NOTHING,   NarrowReversible{})
 ZIM_PIXELWISE(zimiBGRToYCoCg_Rev_8u16s_C4P3R,      NoSizeTest, AC4<Zim8u>,  P3<Zim16s>,  ZIM_NOTHING,   NarrowReversible{})
-ZIM_PIXELWISE(zimiSBGRToYCoCg_16s_C3P3R,           NoSizeTest, C3<Zim16s>,  P3<Zim16s>,  ZIM_NOTHING,   Cut<Wide>{})
-ZIM_PIXELWISE(zimiSBGRToYCoCg_16s_C4P3R,           NoSizeTest, AC4<Zim16s>, P3<Zim16s>,  ZIM_NOTHING,   Cut<Wide>{})
+ZIM_PIXELWISE(zimiSBGRToYCoCg_16s_C3P3R,           NoSizeTest, C3<Zim16s>,  P3<Zim16s>,  ZIM_NOTHING,   Words{})
+ZIM_PIXELWISE(zimiSBGRToYCoCg_16s_C4P3R,           NoSizeTest, AC4<Zim16s>, P3<Zim16s>,  ZIM_NOTHING,   Words{})
 ZIM_PIXELWISE(zimiSBGRToYCoCg_16s32s_C3P3R,        NoSizeTest, C3<Zim16s>,  P3<Zim32s>,  ZIM_NOTHING,   Wide{})
 ZIM_PIXELWISE(zimiSBGRToYCoCg_16s32s_C4P3R,        NoSizeTest, AC4<Zim16s>, P3<Zim32s>,  ZIM_NOTHING,   Wide{})
 ZIM_PIXELWISE(zimiSBGRToYCoCg_Rev_16s_C3P3R,       NoSizeTest, C3<Zim16s>,  P3<Zim16s>,  ZIM_NOTHING,   NarrowReversible{})

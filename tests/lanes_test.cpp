@@ -263,6 +263,9 @@ TEST(Conversion, WideProducts) {
         });
   }
   expectSameInAllForms<Zim16s, Zim16s>(
+      "averageUp", [](auto a, auto b) { return averageUp(a, b); },
+      [](Zim16s a, Zim16s b) { return static_cast<Zim16s>((a + b + 1) >> 1); });
+  expectSameInAllForms<Zim16s, Zim16s>(
       "multiplyHigh", [](auto a, auto b) { return multiplyHigh(a, b); },
       [](Zim16s a, Zim16s b) { return static_cast<Zim16s>((a * b) >> 16); });
 }

@@ -181,6 +181,26 @@ TEST(YCoCg, KnownValues) {
   EXPECT_EQ(pixelOf(zimiYCoCgToSBGR_32s16s_P3C3R, Longs{40000, 0, 30000}), (Words{10000, 4464, 10000}));
 }
 
+TEST(YCoCg, WordsKeepTheLowBitsOfTheFormula) {
+  constexpr std::size_t pixels = 1 << 18;
+  std::vector<Zim16s> source(3 * pixels), planes(3 * pixels);
+  Zim32u state = 1;
+  for (Zim16s& x : source) {
+    state = state * 1664525U + 1013904223U;
+    // Now and then an end of the range, where sums leave it.
+    x = static_cast<Zim16s>((state >> 8) % 8 == 0 ? (state >> 31 != 0 ? -32768 : 32767)
+                                                  : static_cast<int>(state >> 16) - 32768);
+  }
+  Zim16s* const pointers[] = {&planes[0], &planes[pixels], &planes[2 * pixels]};
+  ASSERT_EQ(zimiSBGRToYCoCg_16s_C3P3R(source.data(), 1, pointers, 1, {static_cast<Zim32s>(pixels), 1}), zimResultOk);
+  for (std::size_t i = 0; i < pixels; ++i) {
+    const int b = source[3 * i], g = source[3 * i + 1], r = source[3 * i + 2];
+    ASSERT_EQ(planes[i], static_cast<Zim16s>((r + 2 * g + b + 2) >> 2));
+    ASSERT_EQ(planes[pixels + i], static_cast<Zim16s>((r - b + 1) >> 1));
+    ASSERT_EQ(planes[2 * pixels + i], static_cast<Zim16s>((2 * g - r - b + 2) >> 2));
+  }
+}
+
 // Forward and back gives the pixels again, bytes and words alike.
 template <class T, class P, class Forward, class Inverse>
 void expectRoundTrip(const std::vector<T>& pixels, Forward forward, Inverse inverse) {

@@ -82,6 +82,8 @@ struct Range32f {
 template <class Curve, class Range>
 struct Gamma : Range {
   using Sample = typename Range::Sample;
+  // The chain of operations is long: several registers of samples keep the processor busy meanwhile.
+  static constexpr int registers = 4;
 
   explicit Gamma(const Range& valueRange) : Range(valueRange) {
     const double factor = Curve::gain * Range::range, term = Range::lowest - Curve::offset * Range::range;

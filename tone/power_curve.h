@@ -45,13 +45,15 @@ inline constexpr PowerCurve<10> kInversePower = {
      0x1.27a8d69e73179p-9, -0x1.6b713f9dfd60ep-11, 0x1.017a7639b1fb3p-12, -0x1.d7ddc3ec7e7fdp-14,
      0x1.ce40681fdbf2ap-15}};
 
-// Every second coefficient from the first on, as a polynomial in x.
-template <std::size_t first, std::size_t Coefficients, int N>
-ZIM_INLINE Lane<Zim64f, N> everySecond(const PowerCurve<Coefficients>& curve, Lane<Zim64f, N> x) {
-  if constexpr (first + 2 >= Coefficients) {
+// Coefficients first to first + count - 1, in pairs of pairs, so that the additions do not wait for one another.
+template <std::size_t first, std::size_t count, std::size_t Coefficients, int N>
+ZIM_INLINE Lane<Zim64f, N> polynomial(const PowerCurve<Coefficients>& curve, const Pixels<Zim64f, N, 4>& powers) {
+  if constexpr (count == 1) {
     return curve.polynomial[first];
   } else {
-    return everySecond<first + 2>(curve, x) * x + curve.polynomial[first];
+    constexpr std::size_t half = std::bit_ceil(count) / 2;
+    return polynomial<first, half>(curve, powers) +
+           powers[std::countr_zero(half)] * polynomial<first + half, count - half>(curve, powers);
   }
 }
 
@@ -89,9 +91,8 @@ ZIM_INLINE Lane<Zim64f, N> approximatePower(const PowerCurve<Coefficients>& curv
   const auto entry = bitsAs<std::uint64_t>(smaller(bitsAs<Zim16s>(binade), Lane<Zim16s, 4 * N>(Zim16s{7})));
   const auto mantissa = bitsAs<Zim64f>((bits & Bits(0x000FFFFFFFFFFFFF)) | Bits(0x3FF0000000000000));
   const auto u = mantissa - 1.5;
-  // Even and odd powers apart: two chains of additions that do not wait for each other.
-  const auto u2 = u * u;
-  return lookUp(curve.factors, entry) * (everySecond<0>(curve, u2) + everySecond<1>(curve, u2) * u);
+  const auto u2 = u * u, u4 = u2 * u2;
+  return lookUp(curve.factors, entry) * polynomial<0, Coefficients>(curve, std::array{u, u2, u4, u4 * u4});
 }
 
 }  // namespace ZIM_TARGET_NAMESPACE
