@@ -15,9 +15,7 @@ struct Position {
   std::array<Byte*, Planes> plane;
 
   ZIM_INLINE Position at(std::ptrdiff_t byteOffset) const {
-    Position moved = *this;
-    for (Byte*& p : moved.plane) p += byteOffset;
-    return moved;
+    return {perChannel<Planes>([&](auto c) ZIM_LAMBDA { return plane[c] + byteOffset; })};
   }
 };
 
@@ -146,17 +144,13 @@ struct Block {
   alignas(kRegisterBytes) std::byte bytes[Layout::planes][N * static_cast<std::size_t>(Layout::pixelBytes)];
 
   ZIM_INLINE Position<std::byte, Layout::planes> start() {
-    Position<std::byte, Layout::planes> position;
-    for (std::size_t c = 0; c < Layout::planes; ++c) position.plane[c] = bytes[c];
-    return position;
+    return {perChannel<Layout::planes>([&](auto c) ZIM_LAMBDA { return &bytes[c][0]; })};
   }
 };
 
 template <std::size_t Planes>
 ZIM_INLINE Position<const std::byte, Planes> readOnly(Position<std::byte, Planes> position) {
-  Position<const std::byte, Planes> result;
-  for (std::size_t c = 0; c < Planes; ++c) result.plane[c] = position.plane[c];
-  return result;
+  return {perChannel<Planes>([&](auto c) ZIM_LAMBDA { return static_cast<const std::byte*>(position.plane[c]); })};
 }
 
 }  // namespace ZIM_TARGET_NAMESPACE
