@@ -71,6 +71,13 @@ inline constexpr bool usesPacked = std::is_same_v<Source, Interleaved<Zim8u, Sou
   kernel.packed(pixels);
 };
 
+// Bytes come apart into channels in many steps, one after another. With a kernel of many steps as well, more than the
+// processor can keep in sight, the next block is loaded while it computes the current one.
+template <class Kernel, class Source, class Destination>
+inline constexpr bool loadsAhead = Source::planes == 1 && Source::channels > 1 &&
+                                   sizeof(typename Source::Sample) == 1 && sizeof(typename Kernel::Sample) > 1 &&
+                                   !usesPacked<Kernel, Source, Destination>;
+
 template <class Source, class Destination, int N, Extent extent = Extent::whole, class Kernel>
 ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from,
                              Position<std::byte, Destination::planes> to, const Kernel& kernel) {
@@ -109,10 +116,24 @@ ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Posit
       to = destinationRest.start();
       blocks = 1;
     }
-    for (; blocks > 0; --blocks) {
-      convertBlock<Source, Destination, block>(from, to, kernel);
-      from = from.at(block * Source::pixelBytes);
-      to = to.at(block * Destination::pixelBytes);
+    if constexpr (loadsAhead<Kernel, Source, Destination>) {
+      if (blocks == 0) continue;
+      auto in = Source::template load<block, Extent::whole>(from);
+      for (; blocks > 0; --blocks) {
+        // There is nothing ahead of the last block, which is loaded again in vain.
+        const auto ahead = from.at(blocks > 1 ? block * Source::pixelBytes : 0);
+        const auto next = Source::template load<block, Extent::whole>(ahead);
+        Destination::template store<block>(to, applyKernel<typename Destination::Sample>(kernel, in));
+        from = from.at(block * Source::pixelBytes);
+        to = to.at(block * Destination::pixelBytes);
+        forChannels<Source::channels>([&](auto c) ZIM_LAMBDA { in[c] = next[c]; });
+      }
+    } else {
+      for (; blocks > 0; --blocks) {
+        convertBlock<Source, Destination, block>(from, to, kernel);
+        from = from.at(block * Source::pixelBytes);
+        to = to.at(block * Destination::pixelBytes);
+      }
     }
   }
   if (restIsBlock) {

@@ -16,14 +16,15 @@ struct EncoderSet {
 // BT.601, studio range.
 inline constexpr EncoderSet E601 = {{16843, 33030, 6423}, {-9699, -19071, 28770}, {28770, -24117, -4653}};
 
-// Multipliers of luma and of the chroma differences u = Cb - 128 and v = Cr - 128; the bias is that of the luma.
+// Multipliers of luma, which starts at black, and of the chroma differences u = Cb - 128 and v = Cr - 128.
 struct DecoderSet {
-  Zim32s luma, redV, greenU, greenV, blueU, bias;
+  Zim32s luma, redV, greenU, greenV, blueU;
+  Zim16s black;
 };
 
-inline constexpr DecoderSet D601 = {76284, 104595, -25690, -53281, 132186, 16 * 76284};
-inline constexpr DecoderSet D601b = {76282, 104593, -25689, -53279, 132184, 16 * 76282};
-inline constexpr DecoderSet D709CSC = {76284, 117506, -13959, -34996, 138609, 16 * 76284};
+inline constexpr DecoderSet D601 = {76284, 104595, -25690, -53281, 132186, 16};
+inline constexpr DecoderSet D601b = {76282, 104593, -25689, -53279, 132184, 16};
+inline constexpr DecoderSet D709CSC = {76284, 117506, -13959, -34996, 138609, 16};
 inline constexpr DecoderSet DYUV = {65536, 74711, -25821, -38076, 133169, 0};
 inline constexpr DecoderSet DYUVb = {65536, 74710, -25820, -38075, 133168, 0};
 
@@ -62,23 +63,24 @@ struct EncodeYuv {
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 3> operator()(Pixels<Zim16s, N, 3> rgb) const {
     const auto& [r, g, b] = rgb;
-    const auto y = fixedDot<FixedRow{{38470, 19595, 7471}, 0}>(g, r, b);
-    const auto negativeLuma = fixedDot<FixedRow{{-38470, -19595, -7471}, 32767}>(g, r, b);
-    const auto u = b + negativeLuma, v = r + negativeLuma;
+    // 2 Y and a bit: halved as it is, and rounded to the luma that leaves the differences rounded as above.
+    const auto twiceY = fixedDot<FixedRow{{38470, 19595, 7471}, 0}, 15>(g, r, b);
+    const auto y = twiceY >> 1, rounded = (twiceY + 1) >> 1;
+    const auto u = b - rounded, v = r - rounded;
     // 57475 = 65536 - 8061, so that the factor fits 16 bits.
     return {y, multiplyHigh(u, Lane<Zim16s, N>(32244)) + 128, v + multiplyHigh(v, Lane<Zim16s, N>(-8061)) + 128};
   }
 };
 
-// R = sat((luma Y - bias + redV v + rounding) >> 16), G and B alike; before saturation within [-289, 547].
+// R = sat((luma (Y - black) + redV v + rounding) >> 16), G and B alike; before saturation within [-289, 547].
 template <DecoderSet set, Rounding rounding>
 struct Decode {
   using Sample = Zim16s;
 
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 3> operator()(Pixels<Zim16s, N, 3> ycc) const {
-    constexpr Zim32s bias = static_cast<Zim32s>(rounding) - set.bias;
-    const auto y = ycc[0], u = ycc[1] - 128, v = ycc[2] - 128;
+    constexpr auto bias = static_cast<Zim32s>(rounding);
+    const auto y = ycc[0] - set.black, u = ycc[1] - 128, v = ycc[2] - 128;
     return {fixedDot<FixedRow{{set.luma, 0, set.redV}, bias}>(y, u, v),
             fixedDot<FixedRow{{set.luma, set.greenU, set.greenV}, bias}>(y, u, v),
             fixedDot<FixedRow{{set.luma, set.blueU, 0}, bias}>(y, u, v)};

@@ -12,47 +12,107 @@ struct FixedRow {
   Zim32s bias;
 };
 
-// A row as signed 16-bit factors of the pairs (x, y) and (x, z), and the whole multiples of x, y, z that are left:
+// A row in signed 16-bit factors, for the processor's sums of two products. The nearest multiple of 65536 is taken out
+// of each coefficient, so that the rest fits:
 //   (sum c_i x_i + r) >> 16  ==  ((sum (c_i - 65536 k_i) x_i + r) >> 16) + sum k_i x_i
-// The factor of x may be shared out between the pairs, and a pair whose second factor is zero is left out.
+// That of x may be made to fit otherwise: where there are two pairs, (x, y) and (x, z), it is shared out between them;
+// or x is multiplied beforehand. And a constant beside x or z brings the bias in, where its multiples make it up.
 struct SplitRow {
-  Zim16s xy[2] = {}, xz[2] = {};
-  Zim16s whole[3] = {};
-  bool usesXy = false, usesXz = false;
+  static constexpr Zim16s biasUnit = 1024;
 
-  constexpr explicit SplitRow(FixedRow row) : usesXy(row.c[1] != 0), usesXz(row.c[2] != 0 || row.c[1] == 0) {
-    const auto nearestWhole = [](Zim32s c) { return (c + 32768) >> 16; };
-    const bool both = usesXy && usesXz;
-    const Zim32s wholeX = both && row.c[0] > -65536 && row.c[0] < 65534 ? 0 : nearestWhole(row.c[0]);
-    const Zim32s x = row.c[0] - wholeX * 65536;
-    const Zim32s xInXy = both ? x / 2 : usesXy ? x : 0;
-    const Zim32s wholeY = nearestWhole(row.c[1]), wholeZ = nearestWhole(row.c[2]);
-    xy[0] = static_cast<Zim16s>(xInXy);
-    xz[0] = static_cast<Zim16s>(x - xInXy);
-    xy[1] = static_cast<Zim16s>(row.c[1] - wholeY * 65536);
-    xz[1] = static_cast<Zim16s>(row.c[2] - wholeZ * 65536);
-    whole[0] = static_cast<Zim16s>(wholeX);
-    whole[1] = static_cast<Zim16s>(wholeY);
-    whole[2] = static_cast<Zim16s>(wholeZ);
+  std::array<Zim16s, 3> factor{}, whole{};
+  int factors = 0;  // that are not zero
+  Zim16s scaleX = 1;
+  Zim16s xBesideZ = 0;  // of the factor of x; the rest stands beside y
+  bool biasInUnits = false;
+
+  constexpr explicit SplitRow(FixedRow row) {
+    for (std::size_t i = 0; i < 3; ++i) {
+      const Zim32s nearestWhole = (row.c[i] + 32768) >> 16;
+      whole[i] = static_cast<Zim16s>(nearestWhole);
+      factor[i] = static_cast<Zim16s>(row.c[i] - nearestWhole * 65536);
+      factors += factor[i] != 0;
+    }
+    const auto fits = [](Zim32s c) { return c == static_cast<Zim16s>(c); };
+    const Zim32s units = row.bias / biasUnit;
+    const bool inUnits = row.bias % biasUnit == 0 && fits(units);
+    if (factors == 1) {
+      biasInUnits = inUnits;
+      return;
+    }
+    Zim32s x = row.c[0];
+    Zim16s scale = 1;
+    const bool shared = factors == 3 && x >= -65536 && x < 65535;
+    while (!shared && scale < 8 && (x % scale != 0 || !fits(x / scale))) scale *= 2;
+    if (scale == 8 || factor[0] == 0) {
+      x = factor[0];
+    } else {
+      x /= scale;
+      scaleX = scale;
+      whole[0] = 0;
+    }
+    biasInUnits = factors == 3 && inUnits && fits(x - units);
+    xBesideZ = static_cast<Zim16s>(factors < 3 ? 0 : biasInUnits ? units : x / 2);
+    factor[0] = static_cast<Zim16s>(x - xBesideZ);
   }
 };
 
-// The row on samples within -256 to 255, with a result that fits 16 bits.
-template <FixedRow row, int N>
+// The row's fraction: all but the whole multiples.
+template <FixedRow row, int shift, int N>
+ZIM_INLINE Lane<Zim16s, N> fixedFraction(Lane<Zim16s, N> x, Lane<Zim16s, N> y, Lane<Zim16s, N> z) {
+  constexpr SplitRow split(row);
+  constexpr auto f = split.factor;
+  const auto shifted = [](Lane<Zim32s, N> sum)
+                           ZIM_LAMBDA { return narrow<Zim16s>((split.biasInUnits ? sum : sum + row.bias) >> shift); };
+  if constexpr (split.factors == 1) {
+    const auto& only = f[0] != 0 ? x : f[1] != 0 ? y : z;
+    constexpr Zim16s factor = static_cast<Zim16s>(f[0] + f[1] + f[2]);
+    if constexpr (row.bias == 0 && shift == 16) {
+      return multiplyHigh(only, Lane<Zim16s, N>(factor));
+    } else {
+      return shifted(pairDot(only, Lane<Zim16s, N>(SplitRow::biasUnit), factor,
+                             static_cast<Zim16s>(split.biasInUnits ? row.bias / SplitRow::biasUnit : 0)));
+    }
+  } else {
+    const auto twice = x + x;
+    const auto scaled = split.scaleX == 1 ? x : split.scaleX == 2 ? twice : twice + twice;
+    if constexpr (f[0] == 0) {
+      return shifted(pairDot(y, z, f[1], f[2]));
+    } else if constexpr (f[1] == 0) {
+      return shifted(pairDot(scaled, z, f[0], f[2]));
+    } else if constexpr (f[2] == 0) {
+      return shifted(pairDot(scaled, y, f[0], f[1]));
+    } else {
+      const auto besideZ = split.biasInUnits ? scaled + SplitRow::biasUnit : scaled;
+      return shifted(pairDot(scaled, y, f[0], f[1]) + pairDot(besideZ, z, split.xBesideZ, f[2]));
+    }
+  }
+}
+
+// a + k x by additions, which more units of the processor take than shifts.
+template <int k, int N>
+ZIM_INLINE Lane<Zim16s, N> plusMultiple(Lane<Zim16s, N> a, Lane<Zim16s, N> x) {
+  if constexpr (k == 0) {
+    return a;
+  } else if constexpr (k % 2 == 0) {
+    return plusMultiple<k / 2>(a, x + x);
+  } else {
+    static_assert(k == 1 || k == -1);
+    return k == 1 ? a + x : a - x;
+  }
+}
+
+// The row on samples within -256 to 255, with a result that fits 16 bits. A smaller shift leaves fraction bits.
+template <FixedRow row, int shift = 16, int N>
 ZIM_INLINE Lane<Zim16s, N> fixedDot(Lane<Zim16s, N> x, Lane<Zim16s, N> y, Lane<Zim16s, N> z) {
   if constexpr (N == 1) {
     const Zim32s sum = row.c[0] * x.v + row.c[1] * y.v + row.c[2] * z.v + row.bias;
-    return Lane<Zim16s, N>(static_cast<Zim16s>(sum >> 16));
+    return Lane<Zim16s, N>(static_cast<Zim16s>(sum >> shift));
   } else {
     constexpr SplitRow split(row);
-    Lane<Zim32s, N> sum(row.bias);
-    if constexpr (split.usesXy) sum = sum + pairDot(x, y, split.xy[0], split.xy[1]);
-    if constexpr (split.usesXz) sum = sum + pairDot(x, z, split.xz[0], split.xz[1]);
-    auto result = narrow<Zim16s>(sum >> 16);
-    if constexpr (split.whole[0] != 0) result = result + x * split.whole[0];
-    if constexpr (split.whole[1] != 0) result = result + y * split.whole[1];
-    if constexpr (split.whole[2] != 0) result = result + z * split.whole[2];
-    return result;
+    const auto result = fixedFraction<row, shift>(x, y, z);
+    constexpr auto whole = [](std::size_t i) { return SplitRow(row).whole[i] << (16 - shift); };
+    return plusMultiple<whole(2)>(plusMultiple<whole(1)>(plusMultiple<whole(0)>(result, x), y), z);
   }
 }
 
