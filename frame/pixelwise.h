@@ -71,28 +71,56 @@ inline constexpr bool usesPacked = std::is_same_v<Source, Interleaved<Zim8u, Sou
   kernel.packed(pixels);
 };
 
-// Bytes come apart into channels in many steps, one after another. With a kernel of many steps as well, more than the
-// processor can keep in sight, the next block is loaded while it computes the current one.
-template <class Kernel, class Source, class Destination>
-inline constexpr bool loadsAhead = Source::planes == 1 && Source::channels > 1 &&
-                                   sizeof(typename Source::Sample) == 1 && sizeof(typename Kernel::Sample) > 1 &&
-                                   !usesPacked<Kernel, Source, Destination>;
+// A block from memory towards the lanes of the kernel, and the rest of its way.
+template <class Kernel, class Source, class Destination, int N>
+struct Passage {
+  static constexpr bool isWoven =
+      kWeaves && N > 1 && std::is_same_v<typename Source::Sample, Zim8u>&& std::is_same_v<Destination, C3<Zim8u>> &&
+      sizeof(typename Kernel::Sample) > 1;
+
+  template <Extent extent = Extent::whole>
+  ZIM_INLINE static auto load(Position<const std::byte, Source::planes> from) {
+    if constexpr (isWoven && std::is_same_v<Source, C3<Zim8u>>) {
+      return C3<Zim16u>::load<N / 2, extent>(from);
+    } else {
+      return Source::template load<N, extent>(from);
+    }
+  }
+
+  template <class Loaded>
+  ZIM_INLINE static void store(Position<std::byte, Destination::planes> to, const Kernel& kernel, const Loaded& in) {
+    if constexpr (isWoven) {
+      using Wide = std::conditional_t<sizeof(typename Kernel::Sample) == 2, Zim16s, Zim16u>;
+      C3<Zim16u>::store<N / 2>(to, unweave<N>(applyKernel<Zim16s>(kernel, weave<Wide>(in))));
+    } else {
+      Destination::template store<N>(to, applyKernel<typename Destination::Sample>(kernel, in));
+    }
+  }
+};
 
 template <class Source, class Destination, int N, Extent extent = Extent::whole, class Kernel>
 ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from,
                              Position<std::byte, Destination::planes> to, const Kernel& kernel) {
   if constexpr (N > 1 && usesPacked<Kernel, Source, Destination>) {
     constexpr int part = kLanes<Zim32s>;
-    storeBytes(to.plane[0], perChannel<4>([&](auto i) ZIM_LAMBDA {
-                 constexpr std::size_t stride = Source::pixelBytes;
-                 constexpr Extent partExtent = i < 3 ? Extent::whole : stride == 3 ? Extent::shortOfLast : extent;
-                 return kernel.packed(loadPacked<stride, partExtent>(from.plane[0] + part * stride * i));
-               }));
-    return;
+    const auto parts = perChannel<4>([&](auto i) ZIM_LAMBDA {
+      constexpr std::size_t stride = Source::pixelBytes;
+      constexpr Extent partExtent = i < 3 ? Extent::whole : stride == 3 ? Extent::shortOfLast : extent;
+      return kernel.packed(loadPacked<stride, partExtent>(from.plane[0] + part * stride * i));
+    });
+    storePacked(to.plane[0], parts, [&](const auto& sums) ZIM_LAMBDA { return kernel.finished(sums); });
+  } else {
+    using Way = Passage<Kernel, Source, Destination, N>;
+    Way::store(to, kernel, Way::template load<extent>(from));
   }
-  const auto in = Source::template load<N, extent>(from);
-  Destination::template store<N>(to, applyKernel<typename Destination::Sample>(kernel, in));
 }
+
+// Bytes come apart into channels in many steps, one after another. With a kernel of many steps as well, more than the
+// processor can keep in sight, the next block is loaded while it computes the current one.
+template <class Kernel, class Source, class Destination>
+inline constexpr bool loadsAhead = Source::planes == 1 && Source::channels > 1 &&
+                                   sizeof(typename Source::Sample) == 1 && sizeof(typename Kernel::Sample) > 1 &&
+                                   !usesPacked<Kernel, Source, Destination>;
 
 // One row: whole blocks, then the rest as a block apart from the row, or pixel by pixel where that is quicker.
 template <class Source, class Destination, class Kernel>
@@ -118,15 +146,16 @@ ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Posit
     }
     if constexpr (loadsAhead<Kernel, Source, Destination>) {
       if (blocks == 0) continue;
-      auto in = Source::template load<block, Extent::whole>(from);
+      using Way = Passage<Kernel, Source, Destination, block>;
+      auto in = Way::load(from);
       for (; blocks > 0; --blocks) {
         // There is nothing ahead of the last block, which is loaded again in vain.
         const auto ahead = from.at(blocks > 1 ? block * Source::pixelBytes : 0);
-        const auto next = Source::template load<block, Extent::whole>(ahead);
-        Destination::template store<block>(to, applyKernel<typename Destination::Sample>(kernel, in));
+        const auto next = Way::load(ahead);
+        Way::store(to, kernel, in);
         from = from.at(block * Source::pixelBytes);
         to = to.at(block * Destination::pixelBytes);
-        forChannels<Source::channels>([&](auto c) ZIM_LAMBDA { in[c] = next[c]; });
+        forChannels<in.size()>([&](auto c) ZIM_LAMBDA { in[c] = next[c]; });
       }
     } else {
       for (; blocks > 0; --blocks) {
@@ -183,6 +212,15 @@ ZIM_INLINE void withKernel(const Kernel& kernel, const Use& use) {
   }
 }
 
+// The size of the image as one row, where each row follows the one before without a gap and all offsets are small.
+template <class Source, class Destination>
+ZIM_INLINE ZimiSize asOneRow(const Conversion<Source, Destination>& call) {
+  const auto [width, height] = call.roiSize;
+  const bool joined = call.srcStep == width * Source::pixelBytes && call.dstStep == width * Destination::pixelBytes &&
+                      std::int64_t{std::max(call.srcStep, call.dstStep)} * height <= 0x7FFFFFFF;
+  return joined ? ZimiSize{width * height, 1} : call.roiSize;
+}
+
 // A whole conversion: the tests, then the kernel over all rows. The kernel is made once the tests have passed.
 template <class Rules, class Source, class Destination, class MakeKernel>
 ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, const MakeKernel& makeKernel) {
@@ -191,16 +229,16 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
   if (call.roiSize.width < 1 || call.roiSize.height < 1) return zimResultOk;
   const auto source = Source::start(call.pSrc);
   const auto destination = Destination::start(call.pDst);
+  const ZimiSize size = std::is_same_v<typename Rules::Walker, Serial> ? asOneRow(call) : call.roiSize;
   withKernel(makeKernel(), [&](const auto& kernel) {
-    Rules::Walker::run(call.roiSize, [&](Zim32s first, Zim32s count) {
+    Rules::Walker::run(size, [&](Zim32s first, Zim32s count) {
       const auto local = kernel;  // stores to the destination cannot alias it
       const auto from = source.at(std::ptrdiff_t{first} * call.srcStep);
       const auto to = destination.at(std::ptrdiff_t{first} * call.dstStep);
       for (Zim32s row = 0; row < count; ++row) {
         convertRow<Source, Destination>(
             from.at(rowOffset<Rules::offsets, typename Source::Sample>(row, call.srcStep)),
-            to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep)), call.roiSize.width,
-            local);
+            to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep)), size.width, local);
       }
     });
   });

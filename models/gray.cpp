@@ -46,20 +46,27 @@ struct Gray8u {
     const auto dot = [&](const Zim16s(&w)[3]) ZIM_LAMBDA {
       return pairDot(pixels[0], pixels[1], w[0], w[1]) + pairDot(pixels[2], Lane<Zim16s, N>(0), w[2], 0);
     };
-    return {narrow<Zim16s>(rounded(dot))};
+    return {finished(narrow<Zim16s>(sum(dot)))};
   }
 
   ZIM_INLINE auto packed(PackedPixels pixels) const {
-    return rounded([&](const Zim16s(&w)[3]) ZIM_LAMBDA { return dot(pixels, w[0], w[1], w[2]); });
+    return sum([&](const Zim16s(&w)[3]) ZIM_LAMBDA { return dot(pixels, w[0], w[1], w[2]); });
+  }
+
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> finished(Lane<Zim16s, N> sums) {
+    return reach == Reach::byte ? roundingShift<12 - fits>(sums) : sums;
   }
 
  private:
+  // Sums of bytes are cut to the 15 bits that narrow lanes hold, and rounded there; others are rounded at once.
+  static constexpr int fits = 5;
+
   template <class Dot>
-  ZIM_INLINE auto rounded(const Dot& dot) const {
+  ZIM_INLINE auto sum(const Dot& dot) const {
     auto sum = dot(low);
     if constexpr (reach == Reach::wide) sum = sum + (dot(high) << 16);
-    const auto gray = (sum + 2048) >> 12;
-    return reach == Reach::byte ? gray : gray & decltype(sum)(255);
+    return reach == Reach::byte ? sum >> fits : (sum + 2048) >> 12 & decltype(sum)(255);
   }
 
   Zim16s low[3], high[3];

@@ -279,14 +279,13 @@ void expectPackedSums() {
   for (std::size_t i = 0; i < 4; ++i) {
     const auto* p = bytes + i * part * Stride;
     sums[i] =
-        dot(i == 3 ? loadPacked<Stride, Extent::shortOfLast>(p) : loadPacked<Stride, Extent::whole>(p), 20, 30, 14) >>
-        6;
+        dot(i == 3 ? loadPacked<Stride, Extent::shortOfLast>(p) : loadPacked<Stride, Extent::whole>(p), 20, 30, 14);
   }
   Zim8u stored[4 * part];
-  storeBytes(reinterpret_cast<std::byte*>(stored), sums);
+  storePacked(reinterpret_cast<std::byte*>(stored), sums, [](auto sum) { return roundingShift<6>(sum); });
   for (std::size_t x = 0; x < 4 * part; ++x) {
     const Zim8u* p = &image[x * Stride];
-    ASSERT_EQ(stored[x], (20 * p[0] + 30 * p[1] + 14 * p[2]) >> 6) << Stride << " samples a pixel, pixel " << x;
+    ASSERT_EQ(stored[x], (20 * p[0] + 30 * p[1] + 14 * p[2] + 32) >> 6) << Stride << " samples a pixel, pixel " << x;
   }
 }
 

@@ -267,6 +267,18 @@ ZIM_INLINE Lane<Zim16s, N> averageUp(Lane<Zim16s, N> a, Lane<Zim16s, N> b) {
   }
 }
 
+// (a + half) >> shift, with half the unit that is shifted out; the sum must fit 16 bits.
+template <int shift, int N>
+ZIM_INLINE Lane<Zim16s, N> roundingShift(Lane<Zim16s, N> a) {
+#if defined(__AVX2__)
+  if constexpr (Lane<Zim16s, N>::form == Form::whole) {
+    const Register scaled = _mm256_mulhrs_epi16((Register)a.v, _mm256_set1_epi16(1 << (15 - shift)));
+    return Lane<Zim16s, N>::of((typename Lane<Zim16s, N>::Value)scaled);
+  }
+#endif
+  return (a + Zim16s{1 << (shift - 1)}) >> shift;
+}
+
 // The upper 16 bits of the 32-bit product: (a * b) >> 16.
 template <int N>
 ZIM_INLINE Lane<Zim16s, N> multiplyHigh(Lane<Zim16s, N> a, Lane<Zim16s, N> b) {

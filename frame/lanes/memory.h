@@ -7,7 +7,7 @@
 
 #include <cstring>
 
-#include "frame/lanes/lane.h"
+#include "frame/lanes/convert.h"
 
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
@@ -239,16 +239,19 @@ ZIM_INLINE Registers<4> deinterleave(Registers<4> r) {
 // Two neighbouring pixels of three elements x, y, z are three pairs xy, zx, yz. So three channels come apart as pairs
 // of twice the size first, and each pair into its elements then; and back the other way.
 template <int ElementBytes>
+using PairsOf = Lane<typename IntegerOfSize<2 * ElementBytes>::Unsigned, 8 / ElementBytes>;
+
+template <int ElementBytes>
 ZIM_INLINE Registers<3> deinterleave(Registers<3> r) {
   if constexpr (ElementBytes >= 4) {
     return deinterleaveWide<ElementBytes>(r);
   } else {
-    using Pair = Lane<typename IntegerOfSize<2 * ElementBytes>::Unsigned, 8 / ElementBytes>;
+    using Pairs = PairsOf<ElementBytes>;
     constexpr int bits = 8 * ElementBytes;
     const Registers<3> pairs = deinterleave<2 * ElementBytes>(r);
-    const Pair xy = Pair::of((typename Pair::Value)pairs[0]), zx = Pair::of((typename Pair::Value)pairs[1]),
-               yz = Pair::of((typename Pair::Value)pairs[2]);
-    const Pair lower = Pair(static_cast<typename Pair::Element>((1U << bits) - 1));
+    const auto& [xy, zx, yz] =
+        perChannel<3>([&](auto c) ZIM_LAMBDA { return Pairs::of((typename Pairs::Value)pairs[c]); });
+    const Pairs lower = Pairs(static_cast<typename Pairs::Element>((1U << bits) - 1));
     return {(Register)((xy & lower) | (zx & ~lower)).v, (Register)((xy >> bits) | (yz << bits)).v,
             (Register)((zx & lower) | (yz & ~lower)).v};
   }
@@ -258,11 +261,11 @@ ZIM_INLINE Registers<3> interleave(Registers<3> channel) {
   if constexpr (ElementBytes >= 4) {
     return interleaveWide<ElementBytes>(channel);
   } else {
-    using Pair = Lane<typename IntegerOfSize<2 * ElementBytes>::Unsigned, 8 / ElementBytes>;
+    using Pairs = PairsOf<ElementBytes>;
     constexpr int bits = 8 * ElementBytes;
-    const Pair x = Pair::of((typename Pair::Value)channel[0]), y = Pair::of((typename Pair::Value)channel[1]),
-               z = Pair::of((typename Pair::Value)channel[2]);
-    const Pair lower = Pair(static_cast<typename Pair::Element>((1U << bits) - 1));
+    const auto& [x, y, z] =
+        perChannel<3>([&](auto c) ZIM_LAMBDA { return Pairs::of((typename Pairs::Value)channel[c]); });
+    const Pairs lower = Pairs(static_cast<typename Pairs::Element>((1U << bits) - 1));
     return interleave<2 * ElementBytes>({(Register)((x & lower) | (y << bits)).v,
                                          (Register)((z & lower) | (x & ~lower)).v,
                                          (Register)((y >> bits) | (z & ~lower)).v});
@@ -329,6 +332,47 @@ ZIM_INLINE void store(std::byte* p, const Pixels<T, N, Channels>& pixels,
   }
 }
 
+// ---- Woven blocks: bytes that a kernel takes in more bits and that end up as three interleaved channels ----
+//
+// Without a shuffle of bytes, three channels come apart and together most quickly by way of pairs, each of which holds
+// a byte of an even pixel and one of an odd. So the even pixels of a block pass through the kernel as the first half of
+// the lanes, the odd ones as the second.
+
+inline constexpr bool kWeaves = kHalves == 1;
+
+template <class Wide, int N>
+ZIM_INLINE Lane<Wide, N> evenAndOdd(Lane<Zim16u, N / 2> even, Lane<Zim16u, N / 2> odd) {
+  return Lane<Wide, N>::join(bitsAs<Wide>(even), bitsAs<Wide>(odd));
+}
+// From the pairs xy, zx, yz of interleaved channels, which are loaded as if they were samples of 16 bits.
+template <class Wide, int N>
+ZIM_INLINE Pixels<Wide, 2 * N, 3> weave(const Pixels<Zim16u, N, 3>& pairs) {
+  const auto& [xy, zx, yz] = pairs;
+  const Lane<Zim16u, N> lower = 255;
+  return {evenAndOdd<Wide, 2 * N>(xy & lower, zx >> 8), evenAndOdd<Wide, 2 * N>(xy >> 8, yz & lower),
+          evenAndOdd<Wide, 2 * N>(zx & lower, yz >> 8)};
+}
+// From channels apart.
+template <class Wide, int N, std::size_t Channels>
+ZIM_INLINE Pixels<Wide, N, Channels> weave(const Pixels<Zim8u, N, Channels>& pixels) {
+  return perChannel<Channels>([&](auto c) ZIM_LAMBDA {
+    const auto both = bitsAs<Zim16u>(pixels[c]);
+    return evenAndOdd<Wide, N>(both & Lane<Zim16u, N / 2>(255), both >> 8);
+  });
+}
+
+// The pairs of woven pixels, saturated to bytes; they are stored as if they were samples of 16 bits.
+template <int N>
+ZIM_INLINE Pixels<Zim16u, N / 2, 3> unweave(const Pixels<Zim16s, N, 3>& pixels) {
+  const auto pairs = [](Lane<Zim16s, N / 2> low, Lane<Zim16s, N / 2> high) ZIM_LAMBDA {
+    const auto bytes = (Register)narrow<Zim8u>(Lane<Zim16s, N>::join(low, high)).v;
+    return Lane<Zim16u, N / 2>::of((typename Lane<Zim16u, N / 2>::Value)
+                                       unpackLow<1>(bytes, unpackHigh<8>(bytes, bytes)));
+  };
+  const auto& [x, y, z] = pixels;
+  return {pairs(x.v.lo, y.v.lo), pairs(z.v.lo, x.v.hi), pairs(y.v.hi, z.v.hi)};
+}
+
 // ---- Packed pixels, for weighted sums of 8-bit samples ----
 
 // As many pixels as 32-bit lanes, in the order of memory: samples 0 and 2, and samples 1 and 3, as 16-bit pairs. Where
@@ -375,10 +419,14 @@ ZIM_INLINE Lane<Zim32s, kLanes<Zim32s>> dot(PackedPixels pixels, Zim16s w0, Zim1
                                                      ZIM_MM(madd_epi16)(pixels.odd, pair(w1, 0))));
 }
 
-// Four registers of values within 0 to 255, in the order of memory, as bytes.
-ZIM_INLINE void storeBytes(std::byte* p, const std::array<Lane<Zim32s, kLanes<Zim32s>>, 4>& a) {
-  const auto r = perChannel<4>([&](auto i) ZIM_LAMBDA { return (Register)a[i].v; });
-  Register bytes = ZIM_MM(packus_epi16)(ZIM_MM(packs_epi32)(r[0], r[1]), ZIM_MM(packs_epi32)(r[2], r[3]));
+// A block of bytes from sums of packed pixels, which are in the order of memory: narrowed to 16 bits, finished there,
+// and narrowed again.
+template <class Finish>
+ZIM_INLINE void storePacked(std::byte* p, const std::array<Lane<Zim32s, kLanes<Zim32s>>, 4>& a, const Finish& finish) {
+  const auto half = [&](auto first) ZIM_LAMBDA {
+    return finish(narrow<Zim16s>(Lane<Zim32s, kLanes<Zim16s>>::join(a[first], a[first + 1])));
+  };
+  auto bytes = (Register)narrow<Zim8u>(Lane<Zim16s, kLanes<Zim8u>>::join(half(0U), half(2U))).v;
 #if defined(__AVX2__)
   bytes = _mm256_permutevar8x32_epi32(bytes, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7));
 #endif
