@@ -15,27 +15,25 @@ namespace {
 // ---- The curve: linear below the knee, gain * v^exponent - offset above ----
 
 struct Forward {
-  static constexpr const auto& power = kForwardPower;
   static constexpr const auto& table = gammaCurveFwd8u;
+  static constexpr PowerFunction power = {0.45, 0.0, 1.0};
   static constexpr double knee = 0.018, slope = 4.5, gain = 1.099, offset = 0.099;
+  // Error at most 1.86e-11.
+  static constexpr PowerCurve<-6, 7> approximation{power, 2.1e-11};
 
-  template <int N>
-  ZIM_INLINE static Lane<Zim64f, N> base(Lane<Zim64f, N> v) {
-    return v;
-  }
+  static double base(double v) { return v; }
   static double fromPower(double power) { return power * gain - offset; }
 };
 
 // The knee is not 4.5 * 0.018 = 0.081, and the factor not the double nearest 1 / 1.099 but the one below it.
 struct Inverse {
-  static constexpr const auto& power = kInversePower;
   static constexpr const auto& table = gammaCurveInv8u;
+  static constexpr PowerFunction power = {2.2222222222222223, 0.099, 0.9099181073703366};
   static constexpr double knee = 0.0812, slope = 0.2222222222222222, gain = 1.0, offset = 0.0;
+  // Error at most 6.2e-12.
+  static constexpr PowerCurve<-4, 5> approximation{power, 7e-12};
 
-  template <int N>
-  ZIM_INLINE static Lane<Zim64f, N> base(Lane<Zim64f, N> v) {
-    return (v + 0.099) * 0.9099181073703366;
-  }
+  static double base(double v) { return (v + power.shift) * power.scale; }
   static double fromPower(double power) { return power; }
 };
 
@@ -47,9 +45,10 @@ struct Range16u {
   static constexpr double lowest = 0.0, range = 65535.0, inverseRange = 1.5259021896696422e-05;
 
   template <int N>
-  ZIM_INLINE static Lane<Zim64f, N> distance(Lane<Zim32s, N> x) {
-    return widen(x);
+  ZIM_INLINE static Lane<Zim32s, N> distance(Lane<Zim32s, N> x) {
+    return x;
   }
+  static Zim32s next(Zim32s x, int direction) { return x + direction; }
   template <int N>
   ZIM_INLINE static Lane<Zim32s, N> stored(Lane<Zim64f, N> y) {
     return roundHalfEvenPositive(y);
@@ -66,9 +65,10 @@ struct Range32f {
       : vMin(from), lowest(from), range(static_cast<double>(to - from)), inverseRange(1.0 / range) {}
 
   template <int N>
-  ZIM_INLINE Lane<Zim64f, N> distance(Lane<Zim32f, N> p) const {
-    return widen(p - vMin);
+  ZIM_INLINE Lane<Zim32f, N> distance(Lane<Zim32f, N> p) const {
+    return p - vMin;
   }
+  static Zim32f next(Zim32f x, int direction) { return std::nextafter(x, direction < 0 ? -HUGE_VALF : HUGE_VALF); }
   template <int N>
   ZIM_INLINE static Lane<Zim32f, N> stored(Lane<Zim64f, N> y) {
     return narrow<Zim32f>(y);
@@ -89,8 +89,9 @@ struct Gamma : Range {
     const double factor = Curve::gain * Range::range, term = Range::lowest - Curve::offset * Range::range;
     // In the tiniest ranges results could differ in the sign of a zero, which compares equal: there all is in doubt.
     const double margin = Range::range > 1e-25 ? 0x1p-48 * (std::abs(Range::lowest) + Range::range) : HUGE_VAL;
-    low = {factor * (1.0 - Curve::power.relativeBound), term - margin};
-    high = {factor * (1.0 + Curve::power.relativeBound), term + margin};
+    knee = leastReaching(Curve::knee);
+    low = {factor * (1.0 - Curve::approximation.relativeBound), term - margin};
+    high = {factor * (1.0 + Curve::approximation.relativeBound), term + margin};
   }
 
   template <int N, std::size_t Channels>
@@ -103,30 +104,42 @@ struct Gamma : Range {
     double factor, term;
   };
   End low, high;
+  Sample knee;  // the least distance on the power
+
+  // The least distance of which v is at least this, or, where range or value leave none, what no distance reaches.
+  Sample leastReaching(double value) const {
+    const auto reaches = [&](Sample distance) { return static_cast<double>(distance) * Range::inverseRange >= value; };
+    auto distance = static_cast<Sample>(value * Range::range);
+    for (int step = 0; step < 2 && !reaches(distance); ++step) distance = Range::next(distance, 1);
+    if (!reaches(distance)) return std::numeric_limits<Sample>::quiet_NaN();
+    while (reaches(Range::next(distance, -1))) distance = Range::next(distance, -1);
+    return distance;
+  }
 
   template <int N>
   ZIM_INLINE Lane<Sample, N> curve(Lane<Sample, N> sample) const {
     const auto distance = Range::distance(sample);
-    const auto v = distance * Range::inverseRange;
-    const auto onPower = v >= Curve::knee;
+    const auto line = [&]() ZIM_LAMBDA { return widen(distance) * Curve::slope; };
+    const auto onPower = distance >= knee;
     if constexpr (N == 1) {
-      const auto y = onPower.v != 0 ? Curve::fromPower(std::pow(Curve::base(v).v, Curve::power.exponent)) * Range::range
-                                    : distance.v * Curve::slope;
+      const auto y = onPower.v != 0 ? onCurve(static_cast<double>(distance.v) * Range::inverseRange) : line().v;
       return Range::stored(Lane<Zim64f, 1>(y + Range::lowest));
     } else {
-      const auto isPower = narrowMask(onPower);
-      const auto line = [&]() ZIM_LAMBDA { return Range::stored(distance * Curve::slope + Range::lowest); };
-      if (!any(isPower)) return line();
-      const auto power = approximatePower(Curve::power, Curve::base(v));
-      auto result = Range::stored(power * low.factor + low.term);
-      auto inDoubt = bitsAs<Zim32s>(result != Range::stored(power * high.factor + high.term));
-      // Nearly all vectors lie wholly on one part of the curve.
-      if (any(~isPower)) {
-        result = select(isPower, result, line());
-        inDoubt = inDoubt & isPower;
-      }
+      const auto stored = [&](auto y) ZIM_LAMBDA { return Range::stored(y + Range::lowest); };
+      if (!any(onPower)) return stored(line());
+      const auto v = widen(larger(Lane<Sample, N>(knee), distance)) * Range::inverseRange;
+      const auto power = approximatePower(Curve::approximation, v);
+      const auto lowEnd = Range::stored(power * low.factor + low.term);
+      const auto highEnd = Range::stored(power * high.factor + high.term);
+      // Always both parts: a branch for lanes on one side only would often be mispredicted.
+      const auto result = select(onPower, lowEnd, stored(line()));
+      const auto inDoubt = bitsAs<Zim32s>(lowEnd != highEnd) & onPower;
       return any(inDoubt) ? resolved(result, inDoubt, sample) : result;
     }
+  }
+
+  double onCurve(double v) const {
+    return Curve::fromPower(std::pow(Curve::base(v), Curve::power.exponent)) * Range::range;
   }
 
   // The lanes in doubt once more, one by one.

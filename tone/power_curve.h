@@ -10,89 +10,150 @@
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
 
-// x^exponent as 2^(exponent e) times a polynomial in m - 1.5, with x = 2^e m and m in [1, 2).
-template <std::size_t Coefficients>
-struct PowerCurve {
-  double exponent;
-  // Largest relative error of the polynomial (a supremum norm proven with Sollya), nearly doubled: the other half
-  // covers the errors of rounding, here, in the library's pow and in what a caller makes of either.
-  double relativeBound;
-  // 2^(exponent e) for seven binades from 2^lowestBinade on, correctly rounded; NaN for all above.
-  int lowestBinade;
-  std::array<double, 8> factors;
-  std::array<double, Coefficients> polynomial;
+struct PowerFunction {  // ((x + shift) scale)^exponent
+  double exponent, shift, scale;
 };
 
-// Proven: 1.0527e-11.
-inline constexpr PowerCurve<12> kForwardPower = {
-    0.45,
-    2e-11,
-    -6,
-    {0x1.3b2c47bff8329p-3, 0x1.ae89f995ad3adp-3, 0x1.2611186bae675p-2, 0x1.91b501c2db3dfp-2, 0x1.125fbee250664p-1,
-     0x1.76ce51f6a0bb8p-1, 0x1p0, std::numeric_limits<double>::quiet_NaN()},
-    {0x1.333e088041d01p0, 0x1.70b0d6fe087bfp-2, -0x1.0e5f8d79e1be6p-4, 0x1.7483b1e1ac8c5p-6, -0x1.3ca1d48b2ba7fp-7,
-     0x1.2bbabf86ac09fp-8, -0x1.2f6a058d6efccp-9, 0x1.4152eced292acp-10, -0x1.53ba2bf415078p-11, 0x1.72d54437be5eap-12,
-     -0x1.22a1b4d8ead96p-12, 0x1.6b17334d73632p-13}};
+// The function for x from 2^LowestBinade to below 2^(LowestBinade + Binades), as a cubic on each of 64 intervals a
+// binade.
+//
+// About the middle c of an interval, with r = (x - c) / (c + shift) and the binomial coefficients b(k) of the exponent,
+// the function is f(c) (1 + b(1) r + b(2) r^2 + ...), and |r| is at most some q. The terms in r^4 and r^5 are replaced
+// by the lower powers nearest to them, with Chebyshev polynomials. The relative error that is left is at most |b(4)|
+// q^4 / 8 + |b(5)| q^5 / 16 + |b(6)| q^6 + ...
+template <int LowestBinade, int Binades>
+struct PowerCurve {
+  static constexpr int intervalBits = 6, intervals = 1 << intervalBits;
+  static constexpr double first = 1.0 / (1 << -LowestBinade), beyond = first * (1 << Binades);
 
-// Proven: 2.1254e-11.
-inline constexpr PowerCurve<10> kInversePower = {
-    2.2222222222222223,
-    4e-11,
-    -3,
-    {0x1.428a2f98d728bp-7, 0x1.7840850a207ap-5, 0x1.b6e8aeee17ed5p-3, 0x1p0, 0x1.2aa1a5aad04f5p2, 0x1.5c5cbbc379085p4,
-     0x1.965fea53d6e3dp6, std::numeric_limits<double>::quiet_NaN()},
-    {0x1.3b279eb7a1665p1, 0x1.d2e55cebf99e9p1, 0x1.7c6f09733b1b2p0, 0x1.2c96e4741132bp-4, -0x1.37baf0bf9043dp-7,
-     0x1.27a8d69e73179p-9, -0x1.6b713f9dfd60ep-11, 0x1.017a7639b1fb3p-12, -0x1.d7ddc3ec7e7fdp-14,
-     0x1.ce40681fdbf2ap-15}};
+  // The upper bits of a double tell its interval, and so, shifted down, the place of its cubic in bytes.
+  static constexpr int startBits = 52 - intervalBits, cubicBits = 5;
+  static constexpr std::size_t firstOffset = std::size_t{1023 + LowestBinade} << (intervalBits + cubicBits);
 
-// Coefficients first to first + count - 1, in pairs of pairs, so that the additions do not wait for one another.
-template <std::size_t first, std::size_t count, std::size_t Coefficients, int N>
-ZIM_INLINE Lane<Zim64f, N> polynomial(const PowerCurve<Coefficients>& curve, const Pixels<Zim64f, N, 4>& powers) {
-  if constexpr (count == 1) {
-    return curve.polynomial[first];
-  } else {
-    constexpr std::size_t half = std::bit_ceil(count) / 2;
-    return polynomial<first, half>(curve, powers) +
-           powers[std::countr_zero(half)] * polynomial<first + half, count - half>(curve, powers);
+  // c0 + c1 t + c2 t^2 + c3 t^3, with t the distance from the start of the interval.
+  using Cubic = std::array<double, 4>;
+
+  double exponent;
+  // The largest relative error, rounded up by a tenth to cover the errors of rounding here, in the library's pow and in
+  // what a caller makes of either.
+  double relativeBound;
+  // The last one, from beyond on, gives NaN.
+  std::array<Cubic, intervals * Binades + 1> cubics{};
+
+  constexpr PowerCurve(PowerFunction f, double bound) : exponent(f.exponent), relativeBound(bound) {
+    constexpr int terms = 12;
+    long double b[terms] = {1};
+    for (int k = 1; k < terms; ++k) b[k] = b[k - 1] * (exponent - (k - 1)) / k;
+    // (1 + r)^exponent for r up to 1/64.
+    const auto nearOne = [&](long double r) {
+      long double sum = 0;
+      for (int k = terms; k > 0; --k) sum = sum * r + b[k - 1];
+      return sum;
+    };
+    long double grid[intervals + 1] = {1};  // (1 + i/64)^exponent
+    for (int i = 0; i < intervals; ++i) grid[i + 1] = grid[i] * nearOne(1.0L / (intervals + i));
+    const auto power = [&](long double x) {
+      long double scale = 1;
+      for (; x < 1; x *= 2) scale /= grid[intervals];
+      for (; x >= 2; x /= 2) scale *= grid[intervals];
+      const int i = static_cast<int>((x - 1) * intervals);
+      return scale * grid[i] *
+             nearOne((x - 1) * intervals / (intervals + i) - static_cast<long double>(i) / (intervals + i));
+    };
+    for (std::size_t k = 0; k + 1 < cubics.size(); ++k) {
+      long double h = first / (2 * intervals);
+      for (std::size_t e = intervals; e <= k; e += intervals) h *= 2;
+      const long double c = h * (2 * (intervals + k % intervals) + 1), base = c + f.shift, q = h / base;
+      const long double middle = power(base * f.scale);
+      // Coefficients in x - c, then in t = x - c + h.
+      const long double u0 = middle * (1 - b[4] * q * q * q * q / 8),
+                        u1 = middle * (b[1] - b[5] * q * q * q * q * 5 / 16) / base,
+                        u2 = middle * (b[2] + b[4] * q * q) / (base * base),
+                        u3 = middle * (b[3] + b[5] * q * q * 5 / 4) / (base * base * base);
+      cubics[k] = {static_cast<double>(u0 - h * (u1 - h * (u2 - h * u3))),
+                   static_cast<double>(u1 - h * (2 * u2 - h * 3 * u3)), static_cast<double>(u2 - h * 3 * u3),
+                   static_cast<double>(u3)};
+    }
+    cubics.back().fill(std::numeric_limits<double>::quiet_NaN());
   }
-}
+};
 
-// Each lane's entry of a table of eight, by the low three bits of the index.
+// Four doubles at each of the addresses, by columns.
 template <int N>
-ZIM_INLINE Lane<Zim64f, N> lookUp(const std::array<double, 8>& table, Lane<std::uint64_t, N> index) {
-  using Result = Lane<Zim64f, N>;
-  if constexpr (Result::form == Form::split) {
-    return Result::join(lookUp(table, index.v.lo), lookUp(table, index.v.hi));
+ZIM_INLINE Pixels<Zim64f, N, 4> loadColumns(const std::array<const double*, N>& rows) {
+  using Column = Lane<Zim64f, N>;
+  if constexpr (Column::form == Form::split) {
+    const auto half = [&](auto first) ZIM_LAMBDA {
+      return loadColumns<N / 2>(perChannel<N / 2>([&](auto i) ZIM_LAMBDA { return rows[first + i]; }));
+    };
+    const auto lo = half(0U), hi = half(0U + N / 2);
+    return perChannel<4>([&](auto c) ZIM_LAMBDA { return Column::join(lo[c], hi[c]); });
   } else {
+    const auto pair = [&](int column) ZIM_LAMBDA {
+      const auto load = [&](std::size_t row) ZIM_LAMBDA {
+        const __m128d low = _mm_loadu_pd(rows[row] + column);
 #if defined(__AVX2__)
-    // The lower and the upper 32 bits of the entries, each picked by the index in the lower 32 bits of a lane.
-    const auto* words = reinterpret_cast<const float*>(table.data());
-    const __m256i first = _mm256_castps_si256(_mm256_loadu_ps(words)),
-                  second = _mm256_castps_si256(_mm256_loadu_ps(words + 8));
-    const Register low = pick<0, 2, 0, 2>(first, second), high = pick<1, 3, 1, 3>(first, second);
-    const __m256i order = _mm256_setr_epi32(0, 1, 4, 5, 2, 3, 6, 7);
-    const __m256i lowWords = _mm256_permutevar8x32_epi32(_mm256_permutevar8x32_epi32(low, order), (__m256i)index.v);
-    const __m256i highWords = _mm256_permutevar8x32_epi32(_mm256_permutevar8x32_epi32(high, order), (__m256i)index.v);
-    return Result::of((__m256d)_mm256_blend_epi32(lowWords, _mm256_slli_epi64(highWords, 32), 0xAA));
+        return (Register)_mm256_insertf128_pd(_mm256_castpd128_pd256(low), _mm_loadu_pd(rows[row + 2] + column), 1);
 #else
-    return Result::of(_mm_setr_pd(table[index.v[0] & 7], table[index.v[1] & 7]));
+        return (Register)low;
 #endif
+      };
+      const Register even = load(0), odd = load(1);
+      return std::array{Column::of((typename Column::Value)unpackLow<8>(even, odd)),
+                        Column::of((typename Column::Value)unpackHigh<8>(even, odd))};
+    };
+    const auto lower = pair(0), upper = pair(2);
+    return {lower[0], lower[1], upper[0], upper[1]};
   }
 }
 
-// x^exponent within the relative bound, from the first binade of the curve on; NaN above its binades and for what is
-// not a number. Below the first binade, and for negative x, it means nothing.
-template <std::size_t Coefficients, int N>
-ZIM_INLINE Lane<Zim64f, N> approximatePower(const PowerCurve<Coefficients>& curve, Lane<Zim64f, N> x) {
+// The offsets of cubics in the table from the starts of their intervals, but for a constant. Each number stored holds
+// those of two lanes, a register apart.
+template <class Power, int N>
+ZIM_INLINE void storeOffsets(std::uint64_t* offsets, Lane<std::uint64_t, N> start) {
+  constexpr int part = kLanes<Zim64f>;
+  if constexpr (N > 2 * part) {
+    storeOffsets<Power>(offsets, start.v.lo);
+    storeOffsets<Power>(offsets + N / 4, start.v.hi);
+  } else {
+    constexpr int shift = Power::startBits - Power::cubicBits;
+    store<std::uint64_t, part, 1>(reinterpret_cast<std::byte*>(offsets),
+                                  {start.v.lo >> shift | start.v.hi >> (shift - 32)});
+  }
+}
+
+// The values at t of the cubics at these offsets.
+template <class Power, int N>
+ZIM_INLINE Lane<Zim64f, N> cubicsAt(const Power& curve, const std::uint64_t* offsets, Lane<Zim64f, N> t) {
+  constexpr int part = kLanes<Zim64f>;
+  if constexpr (N > 2 * part) {
+    return Lane<Zim64f, N>::join(cubicsAt(curve, offsets, t.v.lo), cubicsAt(curve, offsets + N / 4, t.v.hi));
+  } else {
+    const auto rows = perChannel<N>([&](auto i) ZIM_LAMBDA {
+      const std::uint64_t both = offsets[i % part];
+      const std::size_t offset = i < part ? static_cast<std::uint32_t>(both) : both >> 32;
+      return reinterpret_cast<const double*>(reinterpret_cast<const std::byte*>(curve.cubics.data()) +
+                                             (offset - Power::firstOffset));
+    });
+    const auto& [c0, c1, c2, c3] = loadColumns<N>(rows);
+    return ((c3 * t + c2) * t + c1) * t + c0;
+  }
+}
+
+// The function within its relative bound; NaN from beyond on. x is at least first.
+template <int LowestBinade, int Binades, int N>
+ZIM_INLINE Lane<Zim64f, N> approximatePower(const PowerCurve<LowestBinade, Binades>& curve, Lane<Zim64f, N> x) {
+  using Power = PowerCurve<LowestBinade, Binades>;
   using Bits = Lane<std::uint64_t, N>;
-  const auto bits = bitsAs<std::uint64_t>(x);
-  const auto binade = (bits >> 52) - Bits(static_cast<std::uint64_t>(1023 + curve.lowestBinade));
-  // The binade fits 16 bits, for which there is a minimum everywhere.
-  const auto entry = bitsAs<std::uint64_t>(smaller(bitsAs<Zim16s>(binade), Lane<Zim16s, 4 * N>(Zim16s{7})));
-  const auto mantissa = bitsAs<Zim64f>((bits & Bits(0x000FFFFFFFFFFFFF)) | Bits(0x3FF0000000000000));
-  const auto u = mantissa - 1.5;
-  const auto u2 = u * u, u4 = u2 * u2;
-  return lookUp(curve.factors, entry) * polynomial<0, Coefficients>(curve, std::array{u, u2, u4, u4 * u4});
+  const auto inside = smaller(Lane<Zim64f, N>(Power::beyond), x);
+  const auto start = bitsAs<std::uint64_t>(inside) & Bits(~std::uint64_t{0} << Power::startBits);
+  const auto t = x - bitsAs<Zim64f>(start);
+  std::array<std::uint64_t, N / 2> offsets;
+  storeOffsets<Power>(offsets.data(), start);
+  // All offsets are on their way through memory before the first cubic is used: taken out of registers in between, as
+  // compilers would have it, they keep the processor waiting.
+  asm("" : "+m"(offsets));
+  return cubicsAt(curve, offsets.data(), t);
 }
 
 }  // namespace ZIM_TARGET_NAMESPACE

@@ -274,19 +274,30 @@ ZIM_INLINE bool any(Lane<T, N> mask) {
   }
 }
 
-// a, replaced by b where b is strictly larger (smaller). With a NaN on either side a stays.
+// a, replaced by b where b is strictly larger (smaller). With a NaN on either side a stays, as the processor's own
+// maximum and minimum have it.
 template <class T, int N>
 ZIM_INLINE Lane<T, N> larger(Lane<T, N> a, Lane<T, N> b) {
+  using Value = typename Lane<T, N>::Value;
   if constexpr (Lane<T, N>::form == Form::split) {
     return Lane<T, N>::join(larger(a.v.lo, b.v.lo), larger(a.v.hi, b.v.hi));
+  } else if constexpr (Lane<T, N>::form == Form::whole && std::is_same_v<T, float>) {
+    return Lane<T, N>::of((Value)ZIM_MM(max_ps)(b.v, a.v));
+  } else if constexpr (Lane<T, N>::form == Form::whole && std::is_same_v<T, double>) {
+    return Lane<T, N>::of((Value)ZIM_MM(max_pd)(b.v, a.v));
   } else {
     return Lane<T, N>::of(b.v > a.v ? b.v : a.v);
   }
 }
 template <class T, int N>
 ZIM_INLINE Lane<T, N> smaller(Lane<T, N> a, Lane<T, N> b) {
+  using Value = typename Lane<T, N>::Value;
   if constexpr (Lane<T, N>::form == Form::split) {
     return Lane<T, N>::join(smaller(a.v.lo, b.v.lo), smaller(a.v.hi, b.v.hi));
+  } else if constexpr (Lane<T, N>::form == Form::whole && std::is_same_v<T, float>) {
+    return Lane<T, N>::of((Value)ZIM_MM(min_ps)(b.v, a.v));
+  } else if constexpr (Lane<T, N>::form == Form::whole && std::is_same_v<T, double>) {
+    return Lane<T, N>::of((Value)ZIM_MM(min_pd)(b.v, a.v));
   } else {
     return Lane<T, N>::of(b.v < a.v ? b.v : a.v);
   }
