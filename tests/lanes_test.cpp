@@ -10,6 +10,7 @@
 
 #include "frame/lanes/convert.h"
 #include "frame/lanes/memory.h"
+#include "tone/power_curve.h"
 
 namespace zim {
 namespace {
@@ -292,6 +293,37 @@ void expectPackedSums() {
 TEST(PackedPixels, WeightedSums) {
   expectPackedSums<3>();
   expectPackedSums<4>();
+}
+
+// In every interval at its ends and in between; the rest of the bound is for errors of rounding elsewhere.
+template <class Curve>
+void expectWithinBound(const Curve& curve) {
+  constexpr int lanes = 2 * kLanes<Zim64f>, steps = 29;
+  const auto power = [&](double x) {
+    const PowerFunction& f = curve.function;
+    return std::pow((static_cast<long double>(x) + f.shift) * f.scale, static_cast<long double>(f.exponent));
+  };
+  double left = Curve::first;
+  for (int interval = 0; left < Curve::beyond; ++interval) {
+    const double right = left + Curve::first * (1 << interval / Curve::intervals) / Curve::intervals;
+    for (int i = 0; i <= steps; ++i) {
+      const double x = i < steps ? left + (right - left) * i / steps : std::nextafter(right, left);
+      double result[lanes];
+      store<Zim64f, lanes, 1>(reinterpret_cast<std::byte*>(result), {approximatePower(curve, Lane<Zim64f, lanes>(x))});
+      for (double y : result) ASSERT_EQ(y, result[0]) << x;
+      ASSERT_LE(std::abs(static_cast<double>(result[0] / power(x) - 1)), 0.92 * curve.relativeBound) << x;
+    }
+    left = right;
+  }
+  double beyond[lanes];
+  store<Zim64f, lanes, 1>(reinterpret_cast<std::byte*>(beyond),
+                          {approximatePower(curve, Lane<Zim64f, lanes>(Curve::beyond))});
+  for (double y : beyond) EXPECT_TRUE(std::isnan(y));
+}
+
+TEST(Powers, WithinTheirBounds) {
+  expectWithinBound(kForwardPower);
+  expectWithinBound(kInversePower);
 }
 
 TEST(Masks, AnyFindsASingleLane) {

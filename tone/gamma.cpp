@@ -15,25 +15,20 @@ namespace {
 // ---- The curve: linear below the knee, gain * v^exponent - offset above ----
 
 struct Forward {
+  static constexpr const auto& power = kForwardPower;
   static constexpr const auto& table = gammaCurveFwd8u;
-  static constexpr PowerFunction power = {0.45, 0.0, 1.0};
   static constexpr double knee = 0.018, slope = 4.5, gain = 1.099, offset = 0.099;
-  // Error at most 1.86e-11.
-  static constexpr PowerCurve<-6, 7> approximation{power, 2.1e-11};
 
-  static double base(double v) { return v; }
   static double fromPower(double power) { return power * gain - offset; }
 };
 
-// The knee is not 4.5 * 0.018 = 0.081, and the factor not the double nearest 1 / 1.099 but the one below it.
+// The knee is not 4.5 * 0.018 = 0.081, and the factor of the base not the double nearest 1 / 1.099 but the one below
+// it.
 struct Inverse {
+  static constexpr const auto& power = kInversePower;
   static constexpr const auto& table = gammaCurveInv8u;
-  static constexpr PowerFunction power = {2.2222222222222223, 0.099, 0.9099181073703366};
   static constexpr double knee = 0.0812, slope = 0.2222222222222222, gain = 1.0, offset = 0.0;
-  // Error at most 6.2e-12.
-  static constexpr PowerCurve<-4, 5> approximation{power, 7e-12};
 
-  static double base(double v) { return (v + power.shift) * power.scale; }
   static double fromPower(double power) { return power; }
 };
 
@@ -90,8 +85,8 @@ struct Gamma : Range {
     // In the tiniest ranges results could differ in the sign of a zero, which compares equal: there all is in doubt.
     const double margin = Range::range > 1e-25 ? 0x1p-48 * (std::abs(Range::lowest) + Range::range) : HUGE_VAL;
     knee = leastReaching(Curve::knee);
-    low = {factor * (1.0 - Curve::approximation.relativeBound), term - margin};
-    high = {factor * (1.0 + Curve::approximation.relativeBound), term + margin};
+    low = {factor * (1.0 - Curve::power.relativeBound), term - margin};
+    high = {factor * (1.0 + Curve::power.relativeBound), term + margin};
   }
 
   template <int N, std::size_t Channels>
@@ -119,27 +114,28 @@ struct Gamma : Range {
   template <int N>
   ZIM_INLINE Lane<Sample, N> curve(Lane<Sample, N> sample) const {
     const auto distance = Range::distance(sample);
-    const auto line = [&]() ZIM_LAMBDA { return widen(distance) * Curve::slope; };
     const auto onPower = distance >= knee;
+    const auto wide = widen(distance);
+    const auto line = wide * Curve::slope;
     if constexpr (N == 1) {
-      const auto y = onPower.v != 0 ? onCurve(static_cast<double>(distance.v) * Range::inverseRange) : line().v;
-      return Range::stored(Lane<Zim64f, 1>(y + Range::lowest));
+      return Range::stored((onPower.v != 0 ? onCurve(wide.v * Range::inverseRange) : line) + Range::lowest);
     } else {
-      const auto stored = [&](auto y) ZIM_LAMBDA { return Range::stored(y + Range::lowest); };
-      if (!any(onPower)) return stored(line());
-      const auto v = widen(larger(Lane<Sample, N>(knee), distance)) * Range::inverseRange;
-      const auto power = approximatePower(Curve::approximation, v);
+      const auto onLine = Range::stored(line + Range::lowest);
+      if (!any(onPower)) return onLine;
+      const auto v = larger(Lane<Zim64f, N>(Curve::power.first), wide * Range::inverseRange);
+      const auto power = approximatePower(Curve::power, v);
       const auto lowEnd = Range::stored(power * low.factor + low.term);
       const auto highEnd = Range::stored(power * high.factor + high.term);
       // Always both parts: a branch for lanes on one side only would often be mispredicted.
-      const auto result = select(onPower, lowEnd, stored(line()));
+      const auto result = select(onPower, lowEnd, onLine);
       const auto inDoubt = bitsAs<Zim32s>(lowEnd != highEnd) & onPower;
       return any(inDoubt) ? resolved(result, inDoubt, sample) : result;
     }
   }
 
-  double onCurve(double v) const {
-    return Curve::fromPower(std::pow(Curve::base(v), Curve::power.exponent)) * Range::range;
+  Lane<Zim64f, 1> onCurve(double v) const {
+    const PowerFunction& f = Curve::power.function;
+    return Curve::fromPower(std::pow((v + f.shift) * f.scale, f.exponent)) * Range::range;
   }
 
   // The lanes in doubt once more, one by one.
