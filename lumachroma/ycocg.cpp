@@ -30,8 +30,9 @@ struct ToYCoCg {
   }
 };
 
-// The same on 16-bit samples in 16-bit lanes, of which the low bits are kept. With the mean of R and B rounded up,
-// M = (R + B + 1) >> 1, and down, M - ((R ^ B) & 1), which loses a half that does not reach the results:
+// The same on 16-bit samples in 16-bit lanes, of which the low bits are kept. With samples moved up by 32768, the mean
+// of R and B rounded up, M = (R + B + 1) >> 1, and down, M - ((R ^ B) & 1), which loses a half that does not reach the
+// results:
 //   Y = (down(M) + G + 1) >> 1,  Cg = (G - M + 1) >> 1,  and a difference (a - b + 1) >> 1 is ((a + ~b + 1) >> 1) + ((a
 //   ^ b) & 1)
 struct ToYCoCgWords {
@@ -39,19 +40,27 @@ struct ToYCoCgWords {
 
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 3> operator()(const Pixels<Zim16s, N, 3>& rgb) const {
-    const auto& [r, g, b] = rgb;
+    const auto& [r, g, b] = perChannel<3>([&](auto c) ZIM_LAMBDA { return bitsAs<Zim16u>(rgb[c]) ^ sign<N>(); });
     const auto mean = averageUp(r, b);
-    return {averageUp(mean - isOdd(r, b), g), halfDifference(r, b), halfDifference(g, mean)};
+    return {moved(averageUp(mean - isOdd(r, b), g)), halfDifference(r, b), halfDifference(g, mean)};
   }
 
  private:
   template <int N>
-  ZIM_INLINE static Lane<Zim16s, N> isOdd(Lane<Zim16s, N> a, Lane<Zim16s, N> b) {
-    return (a ^ b) & 1;
+  ZIM_INLINE static Lane<Zim16u, N> sign() {
+    return Zim16u{0x8000};
   }
   template <int N>
-  ZIM_INLINE static Lane<Zim16s, N> halfDifference(Lane<Zim16s, N> a, Lane<Zim16s, N> b) {
-    return averageUp(a, ~b) + isOdd(a, b);
+  ZIM_INLINE static Lane<Zim16s, N> moved(Lane<Zim16u, N> a) {
+    return bitsAs<Zim16s>(a ^ sign<N>());
+  }
+  template <int N>
+  ZIM_INLINE static Lane<Zim16u, N> isOdd(Lane<Zim16u, N> a, Lane<Zim16u, N> b) {
+    return (a ^ b) & Lane<Zim16u, N>(1);
+  }
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> halfDifference(Lane<Zim16u, N> a, Lane<Zim16u, N> b) {
+    return moved(averageUp(a, ~b)) + bitsAs<Zim16s>(isOdd(a, b));
   }
 };
 

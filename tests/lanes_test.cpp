@@ -263,9 +263,9 @@ TEST(Conversion, WideProducts) {
           return static_cast<Zim32s>(std::int64_t{a} * wa + std::int64_t{b} * wb);
         });
   }
-  expectSameInAllForms<Zim16s, Zim16s>(
+  expectSameInAllForms<Zim16u, Zim16u>(
       "averageUp", [](auto a, auto b) { return averageUp(a, b); },
-      [](Zim16s a, Zim16s b) { return static_cast<Zim16s>((a + b + 1) >> 1); });
+      [](Zim16u a, Zim16u b) { return static_cast<Zim16u>((a + b + 1) >> 1); });
   expectSameInAllForms<Zim16s, Zim16s>(
       "multiplyHigh", [](auto a, auto b) { return multiplyHigh(a, b); },
       [](Zim16s a, Zim16s b) { return static_cast<Zim16s>((a * b) >> 16); });

@@ -254,16 +254,13 @@ ZIM_INLINE Lane<Zim32s, N> pairDot(Lane<Zim16s, N> a, Lane<Zim16s, N> b, Zim16s 
 
 // (a + b + 1) >> 1, as if in more than 16 bits.
 template <int N>
-ZIM_INLINE Lane<Zim16s, N> averageUp(Lane<Zim16s, N> a, Lane<Zim16s, N> b) {
-  if constexpr (Lane<Zim16s, N>::form == Form::single) {
-    return Lane<Zim16s, N>(static_cast<Zim16s>((a.v + b.v + 1) >> 1));
-  } else if constexpr (Lane<Zim16s, N>::form == Form::split) {
-    return Lane<Zim16s, N>::join(averageUp(a.v.lo, b.v.lo), averageUp(a.v.hi, b.v.hi));
+ZIM_INLINE Lane<Zim16u, N> averageUp(Lane<Zim16u, N> a, Lane<Zim16u, N> b) {
+  if constexpr (Lane<Zim16u, N>::form == Form::single) {
+    return Lane<Zim16u, N>(static_cast<Zim16u>((a.v + b.v + 1) >> 1));
+  } else if constexpr (Lane<Zim16u, N>::form == Form::split) {
+    return Lane<Zim16u, N>::join(averageUp(a.v.lo, b.v.lo), averageUp(a.v.hi, b.v.hi));
   } else {
-    // The processor averages without sign: move both up by 32768, and the result down again.
-    const Register sign = ZIM_MM(set1_epi16)(-32768);
-    const Register average = ZIM_MM(avg_epu16)((Register)a.v ^ sign, (Register)b.v ^ sign);
-    return Lane<Zim16s, N>::of((typename Lane<Zim16s, N>::Value)(average ^ sign));
+    return Lane<Zim16u, N>::of((typename Lane<Zim16u, N>::Value)ZIM_MM(avg_epu16)((Register)a.v, (Register)b.v));
   }
 }
 
