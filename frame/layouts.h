@@ -54,7 +54,10 @@ struct Interleaved {
       alignas(kRegisterBytes) std::byte all[N * static_cast<std::size_t>(pixelBytes)];
       zim::store<T, N, Stride>(all,
                                perChannel<Stride>([&](auto c) ZIM_LAMBDA { return pixels[c < Channels ? c : 0]; }));
-      write(to, {{all}}, N);
+      static_assert(N % 4 == 0);
+      for (std::ptrdiff_t x = 0; x < N; x += 4) {
+        forChannels<4>([&](auto i) ZIM_LAMBDA { writePixel(to, {{all}}, x + std::ptrdiff_t{i}); });
+      }
     } else {
       zim::store<T, N, Channels>(to.plane[0], pixels);
     }
@@ -68,12 +71,15 @@ struct Interleaved {
   // Copies so many pixels into an image, whose gaps stay as they are.
   ZIM_INLINE static void write(Position<std::byte, 1> to, Position<const std::byte, 1> from, int pixels) {
     if constexpr (hasGaps) {
-      for (int x = 0; x < pixels; ++x) {
-        std::memcpy(to.plane[0] + x * pixelBytes, from.plane[0] + x * pixelBytes, Channels * sizeof(T));
-      }
+      for (int x = 0; x < pixels; ++x) writePixel(to, from, x);
     } else {
       read(to, from, pixels);
     }
+  }
+
+ private:
+  ZIM_INLINE static void writePixel(Position<std::byte, 1> to, Position<const std::byte, 1> from, std::ptrdiff_t x) {
+    std::memcpy(to.plane[0] + x * pixelBytes, from.plane[0] + x * pixelBytes, Channels * sizeof(T));
   }
 };
 
