@@ -248,15 +248,22 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
 }  // namespace ZIM_TARGET_NAMESPACE
 }  // namespace zim
 
-#define ZIM_AND(...) , __VA_ARGS__
-#define ZIM_NOTHING
+#define ZIM_AND(...) __VA_OPT__(, ) __VA_ARGS__
 
-// The body of an export: rules, source layout, destination layout, further parameters (ZIM_NOTHING or ZIM_AND(...)),
-// kernel.
-#define ZIM_PIXELWISE(name, rules, SourceLayout, DestinationLayout, parameters, ...)                       \
+// The body of an export: layouts, further parameters in parentheses, and what it returns of its `call`.
+#define ZIM_CONVERSION(name, SourceLayout, DestinationLayout, parameters, ...)                             \
   ZimResult ZIM_BODY(name)(SourceLayout::Source pSrc, Zim32s srcStep, DestinationLayout::Destination pDst, \
-                           Zim32s dstStep, ZimiSize roiSize parameters) {                                  \
-    return zim::pixelwise<rules>(                                                                          \
-        zim::Conversion<SourceLayout, DestinationLayout>{pSrc, srcStep, pDst, dstStep, roiSize},           \
-        [&] { return __VA_ARGS__; });                                                                      \
+                           Zim32s dstStep, ZimiSize roiSize ZIM_AND parameters) {                          \
+    const zim::Conversion<SourceLayout, DestinationLayout> call{pSrc, srcStep, pDst, dstStep, roiSize};    \
+    return __VA_ARGS__;                                                                                    \
   }
+// The same in place.
+#define ZIM_IN_PLACE(name, Layout, parameters, ...)                                                               \
+  ZimResult ZIM_BODY(name)(Layout::Destination pSrcDst, Zim32s srcDstStep, ZimiSize roiSize ZIM_AND parameters) { \
+    const zim::Conversion<Layout, Layout> call{pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize};                \
+    return __VA_ARGS__;                                                                                           \
+  }
+// The body of a pixel-wise export: rules, source layout, destination layout, further parameters, kernel.
+#define ZIM_PIXELWISE(name, rules, SourceLayout, DestinationLayout, parameters, ...) \
+  ZIM_CONVERSION(name, SourceLayout, DestinationLayout, parameters,                  \
+                 zim::pixelwise<rules>(call, [&] { return __VA_ARGS__; }))

@@ -154,18 +154,18 @@ using Threaded = Rules<N_S, Offsets::bytes32, Bands<32, 32>>;
 
 }  // namespace
 
-#define COEFFS(T) ZIM_AND(const T* coeffs)
+#define COEFFS(T) (const T* coeffs)
 
 // clang-format off
 //            export                       rules     source        destination  further          kernel
-ZIM_PIXELWISE(zimiRGBToGray_8u_C3C1R,      Bytes,    C3<Zim8u>,    C1<Zim8u>,   ZIM_NOTHING,     Gray8u<Reach::byte>(Weights8u()))
-ZIM_PIXELWISE(zimiRGBToGray_8u_AC4C1R,     Bytes,    AC4<Zim8u>,   C1<Zim8u>,   ZIM_NOTHING,     Gray8u<Reach::byte>(Weights8u()))
-ZIM_PIXELWISE(zimiRGBToGray_16u_C3C1R,     Elements, C3<Zim16u>,   C1<Zim16u>,  ZIM_NOTHING,     Gray16u{})
-ZIM_PIXELWISE(zimiRGBToGray_16u_AC4C1R,    Elements, AC4<Zim16u>,  C1<Zim16u>,  ZIM_NOTHING,     Gray16u{})
-ZIM_PIXELWISE(zimiRGBToGray_16s_C3C1R,     Elements, C3<Zim16s>,   C1<Zim16s>,  ZIM_NOTHING,     Gray16s{})
-ZIM_PIXELWISE(zimiRGBToGray_16s_AC4C1R,    Elements, AC4<Zim16s>,  C1<Zim16s>,  ZIM_NOTHING,     Gray16s{})
-ZIM_PIXELWISE(zimiRGBToGray_32f_C3C1R,     Elements, C3<Zim32f>,   C1<Zim32f>,  ZIM_NOTHING,     GrayFloat<Zim32f>{})
-ZIM_PIXELWISE(zimiRGBToGray_32f_AC4C1R,    Elements, AC4<Zim32f>,  C1<Zim32f>,  ZIM_NOTHING,     GrayFloat<Zim32f>{})
+ZIM_PIXELWISE(zimiRGBToGray_8u_C3C1R,      Bytes,    C3<Zim8u>,    C1<Zim8u>,   (),              Gray8u<Reach::byte>(Weights8u()))
+ZIM_PIXELWISE(zimiRGBToGray_8u_AC4C1R,     Bytes,    AC4<Zim8u>,   C1<Zim8u>,   (),              Gray8u<Reach::byte>(Weights8u()))
+ZIM_PIXELWISE(zimiRGBToGray_16u_C3C1R,     Elements, C3<Zim16u>,   C1<Zim16u>,  (),              Gray16u{})
+ZIM_PIXELWISE(zimiRGBToGray_16u_AC4C1R,    Elements, AC4<Zim16u>,  C1<Zim16u>,  (),              Gray16u{})
+ZIM_PIXELWISE(zimiRGBToGray_16s_C3C1R,     Elements, C3<Zim16s>,   C1<Zim16s>,  (),              Gray16s{})
+ZIM_PIXELWISE(zimiRGBToGray_16s_AC4C1R,    Elements, AC4<Zim16s>,  C1<Zim16s>,  (),              Gray16s{})
+ZIM_PIXELWISE(zimiRGBToGray_32f_C3C1R,     Elements, C3<Zim32f>,   C1<Zim32f>,  (),              GrayFloat<Zim32f>{})
+ZIM_PIXELWISE(zimiRGBToGray_32f_AC4C1R,    Elements, AC4<Zim32f>,  C1<Zim32f>,  (),              GrayFloat<Zim32f>{})
 ZIM_PIXELWISE(zimiColorToGray_8u_C3C1R,    Bytes,    C3<Zim8u>,    C1<Zim8u>,   COEFFS(Zim32f),  ColorToGray8u{Weights8u(coeffs)})
 ZIM_PIXELWISE(zimiColorToGray_8u_AC4C1R,   Bytes,    AC4<Zim8u>,   C1<Zim8u>,   COEFFS(Zim32f),  ColorToGray8u{Weights8u(coeffs)})
 ZIM_PIXELWISE(zimiColorToGray_16u_C3C1R,   Elements, C3<Zim16u>,   C1<Zim16u>,  COEFFS(Zim32f),  Gray16u{Weights(coeffs)})

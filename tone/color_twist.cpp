@@ -105,22 +105,16 @@ struct Twist4 {
 using AllTested = Rules<N_Q_S_T>;
 
 template <class Kernel, class Layout>
-ZimResult twisted(const Conversion<Layout, Layout>& call, const Zim32f (*twist)[4]) {
+ZimResult twisted(Conversion<Layout, Layout> call, const Zim32f (*twist)[4]) {
+  call.furtherGiven = twist != nullptr;
   return pixelwise<AllTested>(call, [&] { return Kernel(twist); });
 }
 
 }  // namespace
 
-#define TWIST(name, Layout, Kernel)                                                                       \
-  ZimResult ZIM_BODY(name)(Layout::Source pSrc, Zim32s srcStep, Layout::Destination pDst, Zim32s dstStep, \
-                           ZimiSize roiSize, const Zim32f(*twist)[4]) {                                   \
-    return twisted<Kernel, Layout>({pSrc, srcStep, pDst, dstStep, roiSize, twist != nullptr}, twist);     \
-  }
-#define TWIST_IN_PLACE(name, Layout, Kernel)                                                                      \
-  ZimResult ZIM_BODY(name)(Layout::Destination pSrcDst, Zim32s srcDstStep, ZimiSize roiSize,                      \
-                           const Zim32f(*twist)[4]) {                                                             \
-    return twisted<Kernel, Layout>({pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize, twist != nullptr}, twist); \
-  }
+#define MATRIX (const Zim32f(*twist)[4])
+#define TWIST(name, Layout, Kernel) ZIM_CONVERSION(name, Layout, Layout, MATRIX, twisted<Kernel>(call, twist))
+#define TWIST_IN_PLACE(name, Layout, Kernel) ZIM_IN_PLACE(name, Layout, MATRIX, twisted<Kernel>(call, twist))
 
 // clang-format off
 //             export                          layout        kernel

@@ -252,63 +252,49 @@ ZimResult gamma32f(const Conversion<Layout, Layout>& call, Zim32f vMin, Zim32f v
 
 }  // namespace
 
-#define GAMMA(name, Layout, body)                                                                         \
-  ZimResult ZIM_BODY(name)(Layout::Source pSrc, Zim32s srcStep, Layout::Destination pDst, Zim32s dstStep, \
-                           ZimiSize roiSize) {                                                            \
-    return body(Conversion<Layout, Layout>{pSrc, srcStep, pDst, dstStep, roiSize});                       \
-  }
-#define GAMMA_IN_PLACE(name, Layout, body)                                                      \
-  ZimResult ZIM_BODY(name)(Layout::Destination pSrcDst, Zim32s srcDstStep, ZimiSize roiSize) {  \
-    return body(Conversion<Layout, Layout>{pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize}); \
-  }
-#define GAMMA_RANGE(name, Layout, body)                                                                   \
-  ZimResult ZIM_BODY(name)(Layout::Source pSrc, Zim32s srcStep, Layout::Destination pDst, Zim32s dstStep, \
-                           ZimiSize roiSize, Zim32f vMin, Zim32f vMax) {                                  \
-    return body(Conversion<Layout, Layout>{pSrc, srcStep, pDst, dstStep, roiSize}, vMin, vMax);           \
-  }
-#define GAMMA_RANGE_IN_PLACE(name, Layout, body)                                                            \
-  ZimResult ZIM_BODY(name)(Layout::Destination pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin,   \
-                           Zim32f vMax) {                                                                   \
-    return body(Conversion<Layout, Layout>{pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize}, vMin, vMax); \
-  }
+#define RANGE (Zim32f vMin, Zim32f vMax)
+#define GAMMA(name, Layout, body) ZIM_CONVERSION(name, Layout, Layout, (), body(call))
+#define GAMMA_IN_PLACE(name, Layout, body) ZIM_IN_PLACE(name, Layout, (), body(call))
+#define GAMMA_RANGE(name, Layout, body) ZIM_CONVERSION(name, Layout, Layout, RANGE, body(call, vMin, vMax))
+#define GAMMA_RANGE_IN_PLACE(name, Layout, body) ZIM_IN_PLACE(name, Layout, RANGE, body(call, vMin, vMax))
 
 // clang-format off
-//                   export                   layout         body
+//                   export                   layout       body
 GAMMA(               zimiGammaFwd_8u_C3R,     C3<Zim8u>,   gamma8u<Forward>)
-GAMMA(               zimiGammaFwd_8u_AC4R,    AC4<Zim8u>,      gamma8u<Forward>)
+GAMMA(               zimiGammaFwd_8u_AC4R,    AC4<Zim8u>,  gamma8u<Forward>)
 GAMMA_IN_PLACE(      zimiGammaFwd_8u_C3IR,    C3<Zim8u>,   gamma8u<Forward>)
-GAMMA_IN_PLACE(      zimiGammaFwd_8u_AC4IR,   AC4<Zim8u>,      gamma8u<Forward>)
-GAMMA(               zimiGammaFwd_8u_P3R,     P3<Zim8u>,       gamma8u<Forward>)
-GAMMA_IN_PLACE(      zimiGammaFwd_8u_IP3R,    P3<Zim8u>,       gamma8u<Forward>)
+GAMMA_IN_PLACE(      zimiGammaFwd_8u_AC4IR,   AC4<Zim8u>,  gamma8u<Forward>)
+GAMMA(               zimiGammaFwd_8u_P3R,     P3<Zim8u>,   gamma8u<Forward>)
+GAMMA_IN_PLACE(      zimiGammaFwd_8u_IP3R,    P3<Zim8u>,   gamma8u<Forward>)
 GAMMA(               zimiGammaInv_8u_C3R,     C3<Zim8u>,   gamma8u<Inverse>)
-GAMMA(               zimiGammaInv_8u_AC4R,    AC4<Zim8u>,      gamma8u<Inverse>)
+GAMMA(               zimiGammaInv_8u_AC4R,    AC4<Zim8u>,  gamma8u<Inverse>)
 GAMMA_IN_PLACE(      zimiGammaInv_8u_C3IR,    C3<Zim8u>,   gamma8u<Inverse>)
-GAMMA_IN_PLACE(      zimiGammaInv_8u_AC4IR,   AC4<Zim8u>,      gamma8u<Inverse>)
-GAMMA(               zimiGammaInv_8u_P3R,     P3<Zim8u>,       gamma8u<Inverse>)
-GAMMA_IN_PLACE(      zimiGammaInv_8u_IP3R,    P3<Zim8u>,       gamma8u<Inverse>)
+GAMMA_IN_PLACE(      zimiGammaInv_8u_AC4IR,   AC4<Zim8u>,  gamma8u<Inverse>)
+GAMMA(               zimiGammaInv_8u_P3R,     P3<Zim8u>,   gamma8u<Inverse>)
+GAMMA_IN_PLACE(      zimiGammaInv_8u_IP3R,    P3<Zim8u>,   gamma8u<Inverse>)
 
 GAMMA(               zimiGammaFwd_16u_C3R,    C3<Zim16u>,  gamma16u<Forward>)
-GAMMA(               zimiGammaFwd_16u_AC4R,   AC4<Zim16u>,     gamma16u<Forward>)
+GAMMA(               zimiGammaFwd_16u_AC4R,   AC4<Zim16u>, gamma16u<Forward>)
 GAMMA_IN_PLACE(      zimiGammaFwd_16u_C3IR,   C3<Zim16u>,  gamma16u<Forward>)
-GAMMA_IN_PLACE(      zimiGammaFwd_16u_AC4IR,  AC4<Zim16u>,     gamma16u<Forward>)
-GAMMA(               zimiGammaFwd_16u_P3R,    P3<Zim16u>,      gamma16u<Forward>)
-GAMMA_IN_PLACE(      zimiGammaFwd_16u_IP3R,   P3<Zim16u>,      gamma16u<Forward>)
+GAMMA_IN_PLACE(      zimiGammaFwd_16u_AC4IR,  AC4<Zim16u>, gamma16u<Forward>)
+GAMMA(               zimiGammaFwd_16u_P3R,    P3<Zim16u>,  gamma16u<Forward>)
+GAMMA_IN_PLACE(      zimiGammaFwd_16u_IP3R,   P3<Zim16u>,  gamma16u<Forward>)
 GAMMA(               zimiGammaInv_16u_C3R,    C3<Zim16u>,  gamma16u<Inverse>)
-GAMMA(               zimiGammaInv_16u_AC4R,   AC4<Zim16u>,     gamma16u<Inverse>)
+GAMMA(               zimiGammaInv_16u_AC4R,   AC4<Zim16u>, gamma16u<Inverse>)
 GAMMA_IN_PLACE(      zimiGammaInv_16u_C3IR,   C3<Zim16u>,  gamma16u<Inverse>)
-GAMMA_IN_PLACE(      zimiGammaInv_16u_AC4IR,  AC4<Zim16u>,     gamma16u<Inverse>)
-GAMMA(               zimiGammaInv_16u_P3R,    P3<Zim16u>,      gamma16u<Inverse>)
-GAMMA_IN_PLACE(      zimiGammaInv_16u_IP3R,   P3<Zim16u>,      gamma16u<Inverse>)
+GAMMA_IN_PLACE(      zimiGammaInv_16u_AC4IR,  AC4<Zim16u>, gamma16u<Inverse>)
+GAMMA(               zimiGammaInv_16u_P3R,    P3<Zim16u>,  gamma16u<Inverse>)
+GAMMA_IN_PLACE(      zimiGammaInv_16u_IP3R,   P3<Zim16u>,  gamma16u<Inverse>)
 
 GAMMA_RANGE(         zimiGammaFwd_32f_C3R,    C3<Zim32f>,  gamma32f<Forward>)
-GAMMA_RANGE(         zimiGammaFwd_32f_AC4R,   AC4<Zim32f>,     gamma32f<Forward>)
+GAMMA_RANGE(         zimiGammaFwd_32f_AC4R,   AC4<Zim32f>, gamma32f<Forward>)
 GAMMA_RANGE_IN_PLACE(zimiGammaFwd_32f_C3IR,   C3<Zim32f>,  gamma32f<Forward>)
-GAMMA_RANGE_IN_PLACE(zimiGammaFwd_32f_AC4IR,  AC4<Zim32f>,     gamma32f<Forward>)
-GAMMA_RANGE(         zimiGammaFwd_32f_P3R,    P3<Zim32f>,      gamma32f<Forward>)
-GAMMA_RANGE_IN_PLACE(zimiGammaFwd_32f_IP3R,   P3<Zim32f>,      gamma32f<Forward>)
+GAMMA_RANGE_IN_PLACE(zimiGammaFwd_32f_AC4IR,  AC4<Zim32f>, gamma32f<Forward>)
+GAMMA_RANGE(         zimiGammaFwd_32f_P3R,    P3<Zim32f>,  gamma32f<Forward>)
+GAMMA_RANGE_IN_PLACE(zimiGammaFwd_32f_IP3R,   P3<Zim32f>,  gamma32f<Forward>)
 GAMMA_RANGE(         zimiGammaInv_32f_C3R,    C3<Zim32f>,  gamma32f<Inverse>)
-GAMMA_RANGE(         zimiGammaInv_32f_AC4R,   AC4<Zim32f>,     gamma32f<Inverse>)
+GAMMA_RANGE(         zimiGammaInv_32f_AC4R,   AC4<Zim32f>, gamma32f<Inverse>)
 GAMMA_RANGE_IN_PLACE(zimiGammaInv_32f_C3IR,   C3<Zim32f>,  gamma32f<Inverse>)
-GAMMA_RANGE_IN_PLACE(zimiGammaInv_32f_AC4IR,  AC4<Zim32f>,     gamma32f<Inverse>)
-GAMMA_RANGE(         zimiGammaInv_32f_P3R,    P3<Zim32f>,      gamma32f<Inverse>)
-GAMMA_RANGE_IN_PLACE(zimiGammaInv_32f_IP3R,   P3<Zim32f>,      gamma32f<Inverse>)
+GAMMA_RANGE_IN_PLACE(zimiGammaInv_32f_AC4IR,  AC4<Zim32f>, gamma32f<Inverse>)
+GAMMA_RANGE(         zimiGammaInv_32f_P3R,    P3<Zim32f>,  gamma32f<Inverse>)
+GAMMA_RANGE_IN_PLACE(zimiGammaInv_32f_IP3R,   P3<Zim32f>,  gamma32f<Inverse>)

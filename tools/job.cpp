@@ -7,6 +7,7 @@
 #include <limits>
 #include <optional>
 #include <set>
+#include <tuple>
 
 #include "tools/failure.h"
 #include "tools/samples.h"
@@ -26,9 +27,9 @@ bool provides(const Side& offered, const Side& needed) {
 }
 
 // How well this export undoes the next: the same variant of a model first, then the same colours.
-int likeness(const Export& e, const Export& next) {
-  return 8 * (e.variant == next.variant) + 4 * (e.source.colourWord == next.destination.colourWord) +
-         2 * (e.source.type == next.destination.type) + e.further.empty();
+std::tuple<bool, bool, bool, bool> likeness(const Export& e, const Export& next) {
+  return {e.variant == next.variant, e.source.colourWord == next.destination.colourWord,
+          e.source.type == next.destination.type, e.further.empty()};
 }
 
 // ---- Settings ------------------------------------------------------------------------------------------------------

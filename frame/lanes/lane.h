@@ -89,7 +89,7 @@ using SignedOf = typename IntegerOfSize<sizeof(T)>::Signed;
 // The compiler's own vector of one register: arithmetic, shifts and comparisons come with it, at either level.
 template <class T>
 struct Vector {
-  typedef T Type __attribute__((vector_size(kRegisterBytes)));
+  using Type [[gnu::vector_size(kRegisterBytes)]] = T;
 };
 
 template <class T, int N, Form = kForm<T, N>>
