@@ -66,7 +66,7 @@ struct Gray8u {
   ZIM_INLINE auto sum(const Dot& dot) const {
     auto sum = dot(low);
     if constexpr (reach == Reach::wide) sum = sum + (dot(high) << 16);
-    return reach == Reach::byte ? sum >> fits : (sum + 2048) >> 12 & decltype(sum)(255);
+    return reach == Reach::byte ? sum >> fits : ((sum + 2048) >> 12) & decltype(sum)(255);
   }
 
   Zim16s low[3], high[3];

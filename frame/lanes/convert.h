@@ -201,25 +201,6 @@ ZIM_INLINE Lane<Zim32f, N> toFloat(Lane<Zim32s, N> a) {
   }
 }
 
-// A mask of doubles as one of single-precision lanes.
-template <int N>
-ZIM_INLINE Lane<Zim32s, N> narrowMask(Lane<std::int64_t, N> mask) {
-  using Result = Lane<Zim32s, N>;
-  if constexpr (Lane<std::int64_t, N>::form == Form::single) {
-    return Result(static_cast<Zim32s>(mask.v));
-  } else if constexpr (Result::form == Form::split) {
-    return Result::join(narrowMask(mask.v.lo), narrowMask(mask.v.hi));
-  } else {
-    const Register lo = (Register)mask.v.lo.v, hi = (Register)mask.v.hi.v;
-    const Register packed = (Register)ZIM_MM(shuffle_ps)((ZIM_FLOATS)lo, (ZIM_FLOATS)hi, _MM_SHUFFLE(2, 0, 2, 0));
-#if defined(__AVX2__)
-    return Result::of((typename Result::Value)_mm256_permute4x64_epi64(packed, _MM_SHUFFLE(3, 1, 2, 0)));
-#else
-    return Result::of((typename Result::Value)packed);
-#endif
-  }
-}
-
 // Samples in the wider type in which a kernel computes, exactly.
 template <class To, class T, int N>
 ZIM_INLINE Lane<To, N> convert(Lane<T, N> a) {
