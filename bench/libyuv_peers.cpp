@@ -53,7 +53,7 @@ Prepare colourMatrix() {
 // Any table takes the same time; this one halves.
 Prepare colourTable() {
   return [](Image&, Image& image) -> Call {
-    std::array<Byte, 4 * 256> table;
+    std::array<Byte, 1024> table;
     for (std::size_t i = 0; i < table.size(); ++i) table[i] = static_cast<Byte>(i / 8);
     return [table, to = picture(image, 1), size = image.size()] {
       return libyuv::RGBColorTable(to.data[0], to.step[0], table.data(), 0, 0, size.width, size.height) == 0;

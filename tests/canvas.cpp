@@ -49,7 +49,7 @@ Canvas::Canvas(const Side& side, ZimiSize size, Placement placement) {
         static_cast<std::ptrdiff_t>(rowBytes) + (side.steps == Steps::none ? 0 : std::ptrdiff_t{placement.padding});
     const int rows = plane.rows(size.height);
     // An unused last sample may lie in the guard page.
-    const std::size_t unused = static_cast<std::size_t>((plane.samples - plane.usedSamples) * bits(plane.type) / 8);
+    const auto unused = static_cast<std::size_t>((plane.samples - plane.usedSamples) * bits(plane.type) / 8);
     const std::size_t extent = static_cast<std::size_t>(step * (rows - 1)) + rowBytes - unused;
     PlaneMemory& p = planes_.emplace_back(PlaneMemory{plane, rowBytes, step, rows, GuardedBytes(extent), nullptr});
     const auto memory = p.memory.bytes();

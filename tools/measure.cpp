@@ -24,8 +24,8 @@ int callsInRound(const std::function<void()>& function) {
 }  // namespace
 
 std::vector<Timing> measure(const std::vector<std::function<void()>>& functions, int rounds) {
-  std::vector<int> calls;
-  for (const auto& function : functions) calls.push_back(callsInRound(function));
+  std::vector<int> calls(functions.size());
+  std::ranges::transform(functions, calls.begin(), callsInRound);
   std::vector<std::vector<double>> seconds(functions.size());
   for (int round = 0; round < rounds; ++round) {
     for (std::size_t i = 0; i < functions.size(); ++i) {

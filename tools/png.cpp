@@ -69,12 +69,12 @@ Picture readPng(std::FILE* file, const std::string& name) {
   Picture picture(static_cast<int>(png_get_image_width(reader.png, reader.info)),
                   static_cast<int>(png_get_image_height(reader.png, reader.info)),
                   png_get_channels(reader.png, reader.info));
-  const png_bytepp rows = png_get_rows(reader.png, reader.info);
-  const int samples = picture.width * picture.channels;
+  png_bytep* const rows = png_get_rows(reader.png, reader.info);
+  const auto samples = static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.channels);
   for (int y = 0; y < picture.height; ++y) {
     float* to = picture.pixel(0, y);
     const png_byte* from = rows[y];
-    for (int i = 0; i < samples; ++i) {
+    for (std::size_t i = 0; i < samples; ++i) {
       to[i] = deep ? static_cast<float>(from[2 * i] << 8 | from[2 * i + 1]) / 65535 : static_cast<float>(from[i]) / 255;
     }
   }
@@ -92,11 +92,9 @@ void writePng(const std::string& path, const Picture& picture) {
     if (picture.deep) bytes.push_back(static_cast<png_byte>(value >> 8));
     bytes.push_back(static_cast<png_byte>(value));
   }
-  std::vector<png_bytep> rows;
-  for (int y = 0; y < picture.height; ++y) {
-    rows.push_back(bytes.data() +
-                   bytes.size() / static_cast<std::size_t>(picture.height) * static_cast<std::size_t>(y));
-  }
+  std::vector<png_bytep> rows(static_cast<std::size_t>(picture.height));
+  const std::size_t rowBytes = bytes.size() / rows.size();
+  for (std::size_t y = 0; y < rows.size(); ++y) rows[y] = bytes.data() + y * rowBytes;
   OutputFile output(path);
   Writer writer;
   if (!writer.write(output.get(), picture, rows)) throw Failure("cannot write " + path + ": " + writer.message);

@@ -160,7 +160,8 @@ std::optional<Export> describe(std::string_view name) {
   e.destination = sideOf(m[7].matched ? m[7] : m[6], destinationType, conversion.destination, hasSteps);
   settleFourthSample(e.source, e.destination);
 
-  const auto family = std::ranges::find_if(kFamilies, [&](const Family& f) { return matches(f.pattern, e.name); });
+  const auto* const family =
+      std::ranges::find_if(kFamilies, [&](const Family& f) { return matches(f.pattern, e.name); });
   if (family != std::end(kFamilies)) {
     e.family = family->name;
     e.least = family->least;
