@@ -136,7 +136,7 @@ ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Posit
   Block<Source, block> sourceRest;
   Block<Destination, block> destinationRest;
   // Two rounds of one loop, over the row and over the rest: a second copy of the kernel would cost as much code again.
-  for (int round = 0; round < (restIsBlock ? 2 : 1); ++round) {
+  for (int round = blocks > 0 ? 0 : 1; round < (restIsBlock ? 2 : 1); ++round) {
     if (round == 1) {
       std::memset(&sourceRest, 0, sizeof(sourceRest));
       Source::read(sourceRest.start(), from, rest);
@@ -145,7 +145,6 @@ ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Posit
       blocks = 1;
     }
     if constexpr (loadsAhead<Kernel, Source, Destination>) {
-      if (blocks == 0) continue;
       using Way = Passage<Kernel, Source, Destination, block>;
       auto in = Way::load(from);
       for (; blocks > 0; --blocks) {
@@ -230,8 +229,9 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
   const auto source = Source::start(call.pSrc);
   const auto destination = Destination::start(call.pDst);
   const ZimiSize size = std::is_same_v<typename Rules::Walker, Serial> ? asOneRow(call) : call.roiSize;
-  withKernel(makeKernel(), [&](const auto& kernel) {
-    Rules::Walker::run(size, [&](Zim32s first, Zim32s count) {
+  // Inlined down to the rows: a call would cost as much as all tests.
+  withKernel(makeKernel(), [&](const auto& kernel) ZIM_LAMBDA {
+    Rules::Walker::run(size, [&](Zim32s first, Zim32s count) ZIM_LAMBDA {
       const auto local = kernel;  // stores to the destination cannot alias it
       const auto from = source.at(std::ptrdiff_t{first} * call.srcStep);
       const auto to = destination.at(std::ptrdiff_t{first} * call.dstStep);

@@ -46,7 +46,7 @@ void inTeam([[maybe_unused]] int teamSize, const Task& task) {
 
 struct Serial {
   template <class Rows>
-  static void run(ZimiSize size, const Rows& rows) {
+  [[gnu::always_inline]] static void run(ZimiSize size, const Rows& rows) {
     rows(0, size.height);
   }
 };
