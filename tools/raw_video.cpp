@@ -21,13 +21,14 @@ Image readRawVideo(const std::string& path, const Side& side, ZimiSize size) {
   const auto bytes = std::filesystem::file_size(path, error);
   if (!file || error) throw Failure("cannot read " + path + ": " + std::strerror(errno));
   Image frame = roomFor(side, size);
-  std::size_t frameBytes = 0;
+  std::size_t frameBytes = 0, read = 0;
   for (std::size_t plane = 0; plane < frame.planes(); ++plane) {
     for (int y = 0; y < frame.rows(plane); ++y) {
-      frameBytes += std::fread(frame.row(plane, y), 1, frame.rowBytes(plane), file.get());
+      frameBytes += frame.rowBytes(plane);
+      read += std::fread(frame.row(plane, y), 1, frame.rowBytes(plane), file.get());
     }
   }
-  if (frameBytes == 0 || bytes % frameBytes != 0) {
+  if (read < frameBytes || bytes % frameBytes != 0) {
     throw Failure(path + " does not consist of frames of " + std::to_string(size.width) + " x " +
                   std::to_string(size.height) + " in " + side.colourWord + " " + side.layout);
   }
