@@ -13,7 +13,7 @@ namespace {
 using namespace catalogue;
 
 // Tests in the order in which exports make them. N: pointers as passed, arrays by their own address. Q: pointers inside
-// arrays. S: size. T: steps. R: range of values.
+// arrays. S: size. T: steps. R: range of values. G: code of a grid.
 struct Order {
   const char* pattern;
   std::string_view tests;
@@ -31,6 +31,8 @@ constexpr Order kOrders[] = {
     {"zimiGamma*_@(8u|16u)_*", "NQST"},
     {"zimiGamma*_32f_*", "RNQST"},
     {"zimiToneMap*", "NS"},
+    {"zimiCFAToRGB_*", "NSG"},
+    {"zimiDemosaicAHD_*", "NSG"},
 };
 
 // Pointers that are used without a test, or tested only in some calls.
@@ -100,6 +102,11 @@ std::vector<Fault> faultsOf(const Export& e, char test) {
                           }});
       }
       break;
+    case 'G':
+      for (const Zim32s code : {4, -1, kLowest}) {
+        faults.push_back({"grid " + std::to_string(code), [=](Operands& o) { o.value("grid").set({double(code)}); }});
+      }
+      break;
   }
   return faults;
 }
@@ -112,6 +119,8 @@ ZimResult resultOf(char test) {
       return zimResultBadStep;
     case 'R':
       return zimResultBadRange;
+    case 'G':
+      return zimResultBadArgument;
     default:
       return zimResultNullPointer;
   }

@@ -42,7 +42,7 @@ inline std::string nameOf(const testing::TestParamInfo<catalogue::Export>& info)
 
 // Every pixel of the destination follows from the pixel of the source at its place, and from nothing else.
 inline bool isPixelwise(const catalogue::Export& e) {
-  constexpr const char* kWholeImage[] = {"zimiToneMap*"};
+  constexpr const char* kWholeImage[] = {"zimiToneMap*", "zimi@(CFAToRGB|DemosaicAHD)_*"};
   const auto onePixel = [](const catalogue::Side& side) {
     return side.layout != "C2" && std::ranges::all_of(side.planes, [](const catalogue::Plane& p) {
              return p.pixelsAcross == 1 && p.pixelsDown == 1 && bits(p.type) >= 8;

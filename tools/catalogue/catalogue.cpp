@@ -26,7 +26,14 @@ constexpr Family kFamilies[] = {
     {"zimiColorTwist*", "colour twist", {1, 1}},
     {"zimiGamma@(Fwd|Inv)_*", "gamma", {1, 1}},
     {"zimiToneMap*", "tone mapping", {1, 1}},
+    {"zimiCFAToRGB_*", "demosaicing", {2, 2}},
+    {"zimiDemosaicAHD_*", "demosaicing", {5, 5}},
 };
+
+// Operations that see a whole mosaic, and those of them that are lent memory.
+constexpr const char* kTakeRegion = "zimi@(CFAToRGB|DemosaicAHD)_*";
+constexpr const char* kTakeScratch = "zimiDemosaicAHD_*";
+constexpr int kScratchRows = 30, kScratchMargin = 6;
 
 struct FurtherArguments {
   const char* pattern;
@@ -50,6 +57,7 @@ const std::vector<FurtherArguments>& furtherArguments() {
       {"zimiColorTwist_32f_C4R", {{"twist", f32, true, false, mixture}}},
       {"zimiColorTwist*", {{"twist", f32, true, false, sepia}}},
       {"zimiGamma*_32f_*", {{"vMin", f32, false, false, {0}}, {"vMax", f32, false, false, {1}}}},
+      {kTakeRegion, {{"grid", s32, false, false, {zimBayerGridRGGB}, {"BGGR", "RGGB", "GBRG", "GRBG"}}}},
   };
   return table;
 }
@@ -85,6 +93,7 @@ struct Conversion {
 Conversion conversionOf(const std::string& operation) {
   static const std::regex conversion(R"(([A-Z][A-Za-z]*?)(\d*)To([A-Z][A-Za-z]*?)?(\d*)(?:Dither|Gamma)?)");
   static const std::regex layoutChange(R"((Y[A-Za-z]+)(\d+))");
+  if (operation == "DemosaicAHD") return {{"CFA", ""}, {"RGB", ""}};
   std::smatch m;
   if (std::regex_match(operation, m, conversion)) {
     return {{m[1], m[2]}, {m[3].matched ? m[3] : m[1], m[4]}};
@@ -169,6 +178,8 @@ std::optional<Export> describe(std::string_view name) {
   const auto further =
       std::ranges::find_if(furtherArguments(), [&](const FurtherArguments& f) { return matches(f.pattern, e.name); });
   if (further != furtherArguments().end()) e.further = further->arguments;
+  e.takesRegion = matches(kTakeRegion, e.name);
+  if (matches(kTakeScratch, e.name)) e.scratch = {sideOf("C1", sourceType, {}, true), kScratchRows, kScratchMargin};
   if (takesFill(e.source, e.destination)) e.further.push_back({"aval", destinationType, false, false, {255}});
   return e;
 }
