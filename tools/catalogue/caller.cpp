@@ -151,9 +151,11 @@ ZimResult Caller::operator()(const Operands& operands) const {
         passPointer(side.nullArray ? nullptr : side.planes.data());
         break;
       }
-      case Kind::stepArray:
-        passPointer((operands.*slot.side).steps.data());
+      case Kind::stepArray: {
+        const Buffers& side = operands.*slot.side;
+        passPointer(side.nullSteps ? nullptr : side.steps.data());
         break;
+      }
       case Kind::region:
         pass(&operands.region);
         break;
