@@ -67,6 +67,12 @@ void Value::set(std::span<const double> numbers) {
   null_ = false;
 }
 
+Zim32s Value::number() const {
+  Zim32s value;
+  std::memcpy(&value, elements_.data(), sizeof value);
+  return value;
+}
+
 Operands::Operands(const Export& e, ZimiSize roiSize)
     : size(roiSize), region{0, 0, roiSize.width, roiSize.height}, values(e.further.begin(), e.further.end()) {
   if (!e.scratch) return;

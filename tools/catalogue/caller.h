@@ -30,6 +30,9 @@ class Value {
   // Null in place of an array.
   void setNull() { null_ = array_; }
 
+  // A 32-bit integer.
+  Zim32s number() const;
+
   // Where the number lies, or the pointer that is passed for an array.
   const void* data() const { return null_ ? nullptr : elements_.data(); }
 
