@@ -54,8 +54,8 @@ ZIM_INLINE Pixels<Zim16u, N, 3> perceptual(const Pixels<Zim16u, N, 3>& rgb) {
   return {sum(66, 129, 25), sum(-38, -74, 112), sum(112, -94, -18)};
 }
 
-// How far apart two pixels are: |Y - Y'| and (U - U')^2 + (V - V')^2. The latter is at most 57,922 for 8u, where
-// colours are those of samples; for 16u it wraps at 32 bits and counts with its sign.
+// How far apart two pixels are: |Y - Y'| and (U - U')^2 + (V - V')^2. The latter stays below 57,600 for 8u, whose
+// colours are no more than samples; for 16u it wraps at 32 bits and counts with its sign.
 template <class T, int N>
 struct Distance {
   using Chroma = decltype(square(Lane<T, N>()));
