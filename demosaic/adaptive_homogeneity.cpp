@@ -28,18 +28,19 @@ ZIM_INLINE Lane<T, N> greenBetween(Lane<T, N> sample, Lane<T, N> a, Lane<T, N> b
 // Y = (66 R + 129 G + 25 B + 128) >> 8       range of 8u: [0, 219]      of 16u: [0, 56319]
 // U = (-38 R - 74 G + 112 B + 128) >> 8                   [-112, 112]           [-28672, 28671]
 // V = (112 R - 94 G - 18 B + 128) >> 8                    [-112, 112]           [-28672, 28671]
-// Only differences count: a constant is added to each so that they are samples without sign.
+// Only differences count: a constant is added to each so that they are samples without sign. The weights of U and V add
+// up to zero, so that these follow from R - G and B - G.
 template <int N>
 ZIM_INLINE Pixels<Zim8u, N, 3> perceptual(const Pixels<Zim8u, N, 3>& rgb) {
-  using Wide = Lane<Zim16u, N>;
-  const auto& [r, g, b] = perChannel<3>([&](auto c) ZIM_LAMBDA { return bitsAs<Zim16u>(widen(rgb[c])); });
-  const auto sum = [&](int ofRed, int ofGreen, int ofBlue, int bias) ZIM_LAMBDA {
-    const auto weight = [](int w) { return Wide(static_cast<Zim16u>(w)); };
-    return narrow<Zim8u>(
-        bitsAs<Zim16s>((r * weight(ofRed) + g * weight(ofGreen) + b * weight(ofBlue) + weight(bias)) >> 8));
-  };
-  constexpr int kMiddle = 128 << 8;
-  return {sum(66, 129, 25, 128), sum(-38, -74, 112, kMiddle + 128), sum(112, -94, -18, kMiddle + 128)};
+  const auto times = [](Lane<Zim16s, N> a, Zim16s weight) ZIM_LAMBDA { return a * factor<Zim16s, N>(weight); };
+  // Sums of luma reach beyond 32767, and all are without sign once their constant is in.
+  const auto sample = [](Lane<Zim16s, N> sum, Zim16u bias)
+                          ZIM_LAMBDA { return narrow<Zim8u>(bitsAs<Zim16s>((bitsAs<Zim16u>(sum) + bias) >> 8)); };
+  const auto g = widen(rgb[1]), red = widen(rgb[0]) - g, blue = widen(rgb[2]) - g;
+  constexpr Zim16u kMiddle = 128 << 8;
+  return {sample(times(red, 66) + times(g, 66 + 129 + 25) + times(blue, 25), 128),
+          sample(times(blue, 112) - times(red, 38), kMiddle + 128),
+          sample(times(red, 112) - times(blue, 18), kMiddle + 128)};
 }
 // Samples less 32768 have a sign, as products of 16 bits want it. It takes 220 * 32768 = 28160 << 8 from the sum of
 // luma, and nothing from the others, whose weights add up to zero.

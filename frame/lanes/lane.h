@@ -274,6 +274,20 @@ ZIM_INLINE bool any(Lane<T, N> mask) {
   }
 }
 
+// Every lane the same factor, of which the compiler does not know: products by known ones it makes of shifts and
+// additions, which take longer than the processor's multiplication of 16 bits.
+template <class T, int N>
+ZIM_INLINE Lane<T, N> factor(T x) {
+  if constexpr (kForm<T, N> == Form::split) {
+    const auto half = factor<T, N / 2>(x);
+    return Lane<T, N>::join(half, half);
+  } else {
+    Lane<T, N> all(x);
+    if constexpr (kForm<T, N> == Form::whole) asm("" : "+x"(all.v));
+    return all;
+  }
+}
+
 // The mask of every other lane: those of even number, or those of odd number.
 template <std::signed_integral T, int N>
 ZIM_INLINE Lane<T, N> everyOther(bool even) {
