@@ -49,6 +49,9 @@ const Enter entered([] {
       {"zimiRGBToYCbCr_8u_AC4P3R", AV_PIX_FMT_RGB0, AV_PIX_FMT_YUV444P},
       {"zimiRGBToYCbCr_8u_P3R", AV_PIX_FMT_GBRP, AV_PIX_FMT_YUV444P},
       {"zimiRGBToYUV_8u_AC4P4R", AV_PIX_FMT_RGBA, AV_PIX_FMT_YUVA444P},
+
+      {"zimiCFAToRGB_8u_C1C3R", AV_PIX_FMT_BAYER_RGGB8, AV_PIX_FMT_RGB24},
+      {"zimiCFAToRGB_16u_C1C3R", AV_PIX_FMT_BAYER_RGGB16LE, AV_PIX_FMT_RGB48},
   };
   std::vector<Pair> some;
   for (const Row& row : rows) {

@@ -44,6 +44,8 @@ function(zimcc_configure_shared target version_script)
 endfunction()
 
 set(ZIMCC_SOURCES
+  demosaic/adaptive_homogeneity.cpp
+  demosaic/cfa_interpolation.cpp
   frame/entry.cpp
   frame/scratch.cpp
   frame/stubs.S

@@ -61,6 +61,20 @@ typedef struct ZimiSize {
   Zim32s height; /**< rows */
 } ZimiSize;
 
+/** Part of a whole source image, in the image's coordinates, passed by value. */
+typedef struct ZimiRegion {
+  Zim32s x;      /**< first column */
+  Zim32s y;      /**< first row */
+  Zim32s width;  /**< columns */
+  Zim32s height; /**< rows */
+} ZimiRegion;
+
+/** Colours of a Bayer mosaic: the 2 x 2 sites at the origin of the image, upper row first. They repeat over the whole
+ * image, whatever region of it is asked for. */
+typedef Zim32s ZimBayerGrid;
+
+enum { zimBayerGridBGGR = 0, zimBayerGridRGGB = 1, zimBayerGridGBRG = 2, zimBayerGridGRBG = 3 };
+
 /** What zimccGetLibVersion reports. */
 typedef struct ZimLibraryVersion {
   Zim32s versionMajor;
@@ -441,6 +455,45 @@ ZimResult zimiGammaInv_32f_IP3R(Zim32f* const pSrcDst[3], Zim32s srcDstStep, Zim
 ZimResult zimiToneMapLinear_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
                                       ZimiSize roiSize);
 ZimResult zimiToneMapMean_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/* ---- Demosaicing ---------------------------------------------------------------------------------------------------
+ *
+ * RGB from the raw image of a sensor behind a Bayer colour filter array, one sample a pixel. These operations see the
+ * whole source image, so that a region of it has its neighbours: pSrc is the image's pixel (0, 0), srcSize its size,
+ * and srcRoi the region to be converted, whose first pixel goes to pDst. A region that reaches beyond the right or the
+ * lower edge ends there; one with nothing left writes nothing, which is a success.
+ */
+
+/** \name By averages of neighbours
+ *
+ * Quick, and without further memory. Missing colours are rounded averages of the two or four nearest samples of that
+ * colour; green at red and blue sites takes those two neighbours, across or down, along which the samples of the site's
+ * own colour differ less. At the edges neighbours are reflected, and in the two outermost rows and columns green is the
+ * average of all four. Any region gives the same pixels as the whole image. Not tested: a negative x or y, which reads
+ * as reflected. 16u drops the low bit of an odd step.
+ * Image from 2 x 2, else zimResultBadSize; then zimResultBadArgument for a grid that is none.
+ * @{ */
+ZimResult zimiCFAToRGB_8u_C1C3R(const Zim8u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep, Zim8u* pDst,
+                                Zim32s dstStep, ZimBayerGrid grid);
+ZimResult zimiCFAToRGB_16u_C1C3R(const Zim16u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep, Zim16u* pDst,
+                                 Zim32s dstStep, ZimBayerGrid grid);
+/** @} */
+
+/** \name By the more homogeneous of two candidates
+ *
+ * Slower and better at edges: green is interpolated once along rows and once along columns, red and blue follow from
+ * it, and each pixel comes from the candidate in which luma and chroma about it vary less; where neither wins, from the
+ * one that its neighbour on the left came from, and at the left edge of the region from the one along rows. At the
+ * edges of the image the mosaic is reflected. pBuf: 30 rows, bufStep bytes apart, of at least region width + 6 samples;
+ * their contents do not matter before and mean nothing afterwards. Neither pBuf nor bufStep is tested. A negative x or
+ * y becomes 0, while width and height stay. Exact byte steps. Image from 5 x 5, else zimResultBadSize; then
+ * zimResultBadArgument for a grid that is none.
+ * @{ */
+ZimResult zimiDemosaicAHD_8u_C1C3R(const Zim8u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep, Zim8u* pDst,
+                                   Zim32s dstStep, ZimBayerGrid grid, Zim8u* pBuf, Zim32s bufStep);
+ZimResult zimiDemosaicAHD_16u_C1C3R(const Zim16u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep,
+                                    Zim16u* pDst, Zim32s dstStep, ZimBayerGrid grid, Zim16u* pBuf, Zim32s bufStep);
 /** @} */
 
 #ifdef __cplusplus

@@ -13,7 +13,7 @@ namespace {
 using namespace catalogue;
 
 // Tests in the order in which exports make them. N: pointers as passed, arrays by their own address. Q: pointers inside
-// arrays. S: size. s: size for being empty, ahead of the rest. T: steps. R: range of values.
+// arrays. S: size. s: size for being empty, ahead of the rest. T: steps. R: range of values. G: grid.
 struct Order {
   const char* pattern;
   std::string_view tests;
@@ -31,6 +31,8 @@ constexpr Order kOrders[] = {
     {"zimiGamma*_@(8u|16u)_*", "NQST"},
     {"zimiGamma*_32f_*", "RNQST"},
     {"zimiToneMap*", "NS"},
+    {"zimiCFAToRGB_*", "NSG"},
+    {"zimiDemosaicAHD_*", "NSG"},
 
     {"zimi*Dither_*_P3C3R", "NSQ"},
     {"zimi*Dither_*", "NS"},
@@ -128,6 +130,11 @@ std::vector<Fault> faultsOf(const Export& e, char test, bool emptyTestedBefore) 
                           }});
       }
       break;
+    case 'G':
+      for (const Zim32s code : {4, -1, kLowest}) {
+        faults.push_back({"grid " + std::to_string(code), [=](Operands& o) { o.value("grid").set({double(code)}); }});
+      }
+      break;
   }
   return faults;
 }
@@ -141,6 +148,8 @@ ZimResult resultOf(char test) {
       return zimResultBadStep;
     case 'R':
       return zimResultBadRange;
+    case 'G':
+      return zimResultBadArgument;
     default:
       return zimResultNullPointer;
   }

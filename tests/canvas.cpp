@@ -159,6 +159,11 @@ std::string Canvas::differenceFromBlank() const {
   return {};
 }
 
+std::string Canvas::differenceAround() {
+  forEachRun([](std::size_t, int, std::size_t, std::span<std::byte> run) { std::ranges::fill(run, kCanary); });
+  return differenceFromBlank();
+}
+
 Image upsideDown(const Image& image) {
   Image turned(image.side(), image.size());
   for (std::size_t plane = 0; plane < image.planes(); ++plane) {

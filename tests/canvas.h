@@ -54,6 +54,8 @@ class Canvas {
   std::string differenceFrom(const catalogue::Image& image);
   // The same for a canvas that nothing was put to.
   std::string differenceFromBlank() const;
+  // Whatever its pixels are: where something has been written between and around them. Afterwards the canvas is blank.
+  std::string differenceAround();
 
  private:
   struct PlaneMemory {

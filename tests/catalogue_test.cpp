@@ -63,6 +63,8 @@ constexpr Described kDescribed[] = {
     {"zimiColorTwist_32f_C4R", " C4 32f [4]", " C4 32f [4]", "twist:32f*16"},
     {"zimiGammaInv_32f_AC4IR", " AC4 32f [3/4]", " AC4 32f [3/4]", "vMin:32f vMax:32f"},
     {"zimiToneMapMean_32f8u_C1R", " C1 32f [1]", " C1 8u [1]"},
+    {"zimiCFAToRGB_8u_C1C3R", "CFA C1 8u [1]", "RGB C3 8u [3]", "grid:32s", {2, 2}},
+    {"zimiDemosaicAHD_16u_C1C3R", "CFA C1 16u [1]", "RGB C3 16u [3]", "grid:32s", {5, 5}},
     {"zimiRGBToYCbCr420_8u_C4P2R", "RGB C4 8u [3/4]", "YCbCr420 P2 8u [1 2@2x2], steps"},
     {"zimiYUV422ToRGB_8u_P3", "YUV422 P3 8u [1 1@2x1 1@2x1] array, no step", "RGB P3 8u [1 1 1] array, no step"},
     {"zimiYUV420ToRGB_8u_P3AC4R", "YUV420 P3 8u [1 1@2x2 1@2x2] array, steps", "RGB AC4 8u [4]"},

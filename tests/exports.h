@@ -49,7 +49,8 @@ inline ZimiSize cellOf(const catalogue::Export& e) {
                                          "zimi*420To*422_Interlace_*",
                                          "zimiYCbCr@(1620To420|411To420|420To411)_*",
                                          "zimi*1u_*",
-                                         "zimiRGBToCbYCr422*_8u_*"};
+                                         "zimiRGBToCbYCr422*_8u_*",
+                                         "zimi@(CFAToRGB|DemosaicAHD)_*"};
   // Pixels of one column or row are apart from one another without steps only.
   const bool apart = e.source.steps != catalogue::Steps::none && e.destination.steps != catalogue::Steps::none;
   if (!apart || matchesAny(e, kWholeImage)) return {0, 0};

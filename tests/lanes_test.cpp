@@ -266,12 +266,59 @@ TEST(Conversion, WideProducts) {
           return static_cast<Zim32s>(std::int64_t{a} * wa + std::int64_t{b} * wb);
         });
   }
-  expectSameInAllForms<Zim16u, Zim16u>(
-      "averageUp", [](auto a, auto b) { return averageUp(a, b); },
-      [](Zim16u a, Zim16u b) { return static_cast<Zim16u>((a + b + 1) >> 1); });
+  expectSameInAllForms<Zim16u, Zim8u>(
+      "square", [](auto a, auto) { return square(a); }, [](Zim8u a, Zim8u) { return static_cast<Zim16u>(a * a); });
+  expectSameInAllForms<Zim32s, Zim16u>(
+      "square", [](auto a, auto) { return square(a); },
+      [](Zim16u a, Zim16u) { return static_cast<Zim32s>(Zim32u{a} * a); });
   expectSameInAllForms<Zim16s, Zim16s>(
       "multiplyHigh", [](auto a, auto b) { return multiplyHigh(a, b); },
       [](Zim16s a, Zim16s b) { return static_cast<Zim16s>((a * b) >> 16); });
+}
+
+template <class T>
+void expectAveragesAndDistances() {
+  expectSameInAllForms<T, T>(
+      "averageUp", [](auto a, auto b) { return averageUp(a, b); },
+      [](T a, T b) { return static_cast<T>((a + b + 1) >> 1); });
+  expectSameInAllForms<T, T>(
+      "distance", [](auto a, auto b) { return distance(a, b); },
+      [](T a, T b) { return static_cast<T>(std::abs(a - b)); });
+  // Every combination of low bits, on which the carries depend.
+  for (int low = 0; low < 16; ++low) {
+    const auto c = static_cast<T>(low & 3), d = static_cast<T>(low >> 2);
+    expectSameInAllForms<T, T>(
+        "averageOfFour", [=](auto a, auto b) { return averageOfFour(a, b, b ^ decltype(a)(c), a ^ decltype(a)(d)); },
+        [=](T a, T b) { return static_cast<T>((a + b + (b ^ c) + (a ^ d) + 2) >> 2); });
+  }
+}
+
+TEST(Conversion, AveragesAndDistances) {
+  expectAveragesAndDistances<Zim8u>();
+  expectAveragesAndDistances<Zim16u>();
+}
+
+template <int N>
+void expectBits() {
+  const auto values = samples<Zim8s>(6);
+  for (std::size_t i = 0; i + N <= values.size(); i += N) {
+    const std::uint64_t bits = signBits(loadLanes<Zim8s, N>(&values[i]));
+    Zim8s mask[N], even[N], odd[N];
+    storeLanes(mask, maskOfBits<N>(bits));
+    storeLanes(even, everyOther<Zim8s, N>(true));
+    storeLanes(odd, everyOther<Zim8s, N>(false));
+    for (std::size_t k = 0; k < N; ++k) {
+      ASSERT_EQ(bits >> k & 1, values[i + k] < 0 ? 1u : 0u) << k << " of " << N;
+      ASSERT_EQ(mask[k], values[i + k] < 0 ? -1 : 0) << k << " of " << N;
+      ASSERT_EQ(even[k], k % 2 == 0 ? -1 : 0);
+      ASSERT_EQ(odd[k], k % 2 == 0 ? 0 : -1);
+    }
+  }
+}
+
+TEST(Masks, AsBitsInOrderOfMemory) {
+  expectBits<1>();
+  expectBits<kLanes<Zim8s>>();
 }
 
 template <std::size_t Stride>

@@ -92,10 +92,26 @@ if linked zimiRGBToYCbCr420_8u_C3P3R && linked zimiYCbCr420ToRGB_8u_P3C3R; then
   cmp back.png again.png || fail "raw planes give another picture"
 fi
 
+# A mosaic of one colour, 16 32 48, gives that colour everywhere, and back; as another grid it is another colour.
+reds='\x10 \x10 \x10 ' blues=' \x30 \x30 \x30'
+mosaic() { printf "P5\n$1%d 6\n$2\n" 6 && for row in 1 2 3; do printf "${reds// /$3}${blues// /$3}"; done; }
+mosaic '# red first\n' 255 '\x20' >mosaic.pgm
+mosaic '' 255 '\x20' >plain.pgm
+mosaic '' 65535 '\x20\x20' | sed 's/\x10/\x10\x10/g; s/\x30/\x30\x30/g' >deep.pgm
+for method in CFAToRGB DemosaicAHD; do
+  name=zimi${method}_8u_C1C3R
+  expect $name mosaic.pgm 102030 grid=RGGB roi=4,5,1,1
+  expect $name mosaic.pgm 302010 grid=bggr roi=3,1,1,1
+  expect zimi${method}_16u_C1C3R deep.pgm 101020203030 roi=2,2,1,1
+  "$zimcc" run $name mosaic.pgm colours.png || fail "no colours.png by $name"
+  "$zimcc" mosaic colours.png again.pgm && cmp -s again.pgm plain.pgm || fail "mosaic of colours.png by $name"
+done
+"$zimcc" mosaic deep.pgm again.pgm grid=GRBG && cmp -s again.pgm deep.pgm || fail "mosaic of a gray picture"
+
 # Whatever is listed can be described and run.
 names=$("$zimcc" list | cut -d ' ' -f 1)
 for name in $names; do
-  [[ $("$zimcc" describe "$name") == "$name"$'\n'*roiSize* ]] || fail "describe $name"
+  [[ $("$zimcc" describe "$name") == "$name"$'\n'*@(roiSize|srcSize)* ]] || fail "describe $name"
   "$zimcc" run "$name" many.pfm "$name.png" || fail "run $name"
   [[ -s $name.png ]] || fail "no picture of $name"
 done
@@ -133,6 +149,14 @@ refuse 'cannot write sheet' run $gray red.png sheet
 refuse '0x5' bench $gray --size 0x5
 refuse '5y5' bench $gray --size 5y5
 refuse 'red.png' demo red.png
+head -c 30 mosaic.pgm >cut.pgm
+averages=zimiCFAToRGB_8u_C1C3R
+refuse 'cut.pgm' run $averages cut.pgm new.png
+refuse 'outside the picture of 6 x 6' run $averages mosaic.pgm new.png roi=5,0,2,1
+refuse "'GBGB'" run $averages mosaic.pgm new.png grid=GBGB
+refuse 'has none of its values' run $averages mosaic.pgm new.png grid=4
+refuse 'too small' run zimiDemosaicAHD_8u_C1C3R red.pfm new.png
+refuse 'usage: zimcc mosaic' mosaic red.png
 linked zimiYCoCgToBGR_16s8u_P3C4R && refuse "'300'" run zimiYCoCgToBGR_16s8u_P3C4R red.png new.png aval=300
 linked zimiGammaFwd_32f_C3R && refuse 'vMax must be above' run zimiGammaFwd_32f_C3R red.png new.png vMin=1
 

@@ -16,6 +16,7 @@
 #include "tools/failure.h"
 #include "tools/job.h"
 #include "tools/measure.h"
+#include "tools/samples.h"
 #include "zimcore.h"
 
 extern "C" const char zimPhoto[], zimPhotoEnd[];
@@ -23,11 +24,11 @@ extern "C" const char zimPhoto[], zimPhotoEnd[];
 namespace zim::tool {
 namespace {
 
-enum class Input { photo, highRange };
+enum class Input { photo, highRange, mosaic };
 
 struct Entry {
   const char* group;
-  const char* exportName;
+  const char* exportName;  // empty for the input as it is
   const char* title;
   const char* settings = "";
   Input input = Input::photo;
@@ -40,6 +41,7 @@ constexpr const char* kYCoCg = "YCoCg";
 constexpr const char* kTwist = "Colour twist";
 constexpr const char* kGamma = "Gamma";
 constexpr const char* kToneMapping = "Tone mapping";
+constexpr const char* kDemosaicing = "Raw sensor demosaicing";
 
 // Exports that the library lacks are left out.
 constexpr Entry kEntries[] = {
@@ -81,6 +83,15 @@ constexpr Entry kEntries[] = {
      Input::highRange},
     {kToneMapping, "zimiToneMapLinear_32f8u_C1R", "Scaled to its maximum", "", Input::highRange},
     {kToneMapping, "zimiToneMapMean_32f8u_C1R", "Scaled to twice its mean", "", Input::highRange},
+
+    {kDemosaicing, "", "Part of the photograph, enlarged", "", Input::photo, 4},
+    {kDemosaicing, "", "As a sensor behind a colour filter array sees it", "", Input::mosaic, 4},
+    {kDemosaicing, "zimiCFAToRGB_8u_C1C3R", "From the mosaic, by averages of neighbours", "grid=RGGB", Input::mosaic,
+     4},
+    {kDemosaicing, "zimiDemosaicAHD_8u_C1C3R", "From the mosaic, by the more homogeneous of two candidates",
+     "grid=RGGB", Input::mosaic, 4},
+    {kDemosaicing, "zimiCFAToRGB_16u_C1C3R", "By averages, at 16 bits a sample", "grid=RGGB", Input::mosaic},
+    {kDemosaicing, "zimiDemosaicAHD_16u_C1C3R", "By homogeneity, at 16 bits a sample", "grid=RGGB", Input::mosaic},
 };
 
 Picture photo() {
@@ -136,16 +147,45 @@ Picture enlarged(const Picture& picture, int zoom) {
   return part;
 }
 
-Card make(const Entry& entry, const Picture& input, const std::filesystem::path& folder, const std::string& file) {
+// The peak signal-to-noise ratio of what has been made of an original, in decibels.
+double likeness(const Picture& picture, const Picture& original) {
+  double sum = 0;
+  for (std::size_t i = 0; i < original.samples.size(); ++i) {
+    const double difference = static_cast<double>(picture.samples[i]) - static_cast<double>(original.samples[i]);
+    sum += difference * difference;
+  }
+  return 10 * std::log10(static_cast<double>(original.samples.size()) / sum);
+}
+
+Card cardOf(const Entry& entry, const Picture& input, const std::filesystem::path& folder, const std::string& file) {
+  const Picture picture = enlarged(input, entry.zoom);
+  writePng(folder / file, picture);
+  Card card = {};
+  card.group = entry.group;
+  card.title = entry.title;
+  card.file = file;
+  card.width = picture.width;
+  card.height = picture.height;
+  return card;
+}
+
+Card make(const Entry& entry, const Picture& input, const Picture& original, const std::filesystem::path& folder,
+          const std::string& file) {
   constexpr int kRounds = 11;
   Job job(exportNamed(entry.exportName), input, wordsOf(entry.settings));
   job.run();
-  const Picture picture = enlarged(job.picture(), entry.zoom);
-  writePng(folder / file, picture);
+  Card card = cardOf(entry, job.picture(), folder, file);
+  card.exportName = entry.exportName;
+  card.settings = entry.settings;
+  if (entry.input == Input::mosaic) {
+    char decibels[32];
+    std::snprintf(decibels, sizeof decibels, "PSNR %.1f dB", likeness(job.picture(), original));
+    card.note = decibels;
+  }
   const double seconds = measure({[&] { job.run(); }}, kRounds).front().median;
-  return {entry.group,    entry.title,   entry.exportName,
-          entry.settings, file,          picture.width,
-          picture.height, 1e3 * seconds, megapixels({input.width, input.height}) / seconds};
+  card.milliseconds = 1e3 * seconds;
+  card.megapixelsPerSecond = megapixels({input.width, input.height}) / seconds;
+  return card;
 }
 
 }  // namespace
@@ -158,12 +198,12 @@ void demo(const std::string& name) {
 
   zimSetNumThreads(1);
   const Picture original = photo();
-  const Picture scene = highRange(original);
+  const Picture scene = highRange(original), mosaic = mosaicOf(original, zimBayerGridRGGB);
   writePng(folder / "photo.png", original);
 
   std::vector<const Entry*> entries;
   for (const Entry& entry : kEntries) {
-    if (catalogue::find(entry.exportName) != nullptr) entries.push_back(&entry);
+    if (*entry.exportName == '\0' || catalogue::find(entry.exportName) != nullptr) entries.push_back(&entry);
   }
   std::vector<Card> cards;
   {
@@ -172,7 +212,11 @@ void demo(const std::string& name) {
       progress.next(entry->exportName);
       char file[16];
       std::snprintf(file, sizeof file, "%02zu.png", cards.size() + 1);
-      cards.push_back(make(*entry, entry->input == Input::photo ? original : scene, folder, file));
+      const Picture& input = entry->input == Input::photo       ? original
+                             : entry->input == Input::highRange ? scene
+                                                                : mosaic;
+      cards.push_back(*entry->exportName == '\0' ? cardOf(*entry, input, folder, file)
+                                                 : make(*entry, input, original, folder, file));
     }
   }
 
@@ -185,7 +229,7 @@ void demo(const std::string& name) {
   const std::string html = contactSheet(head, cards);
   std::fwrite(html.data(), 1, html.size(), page.get());
   page.commit();
-  std::printf("%zu conversions in %s\n", cards.size(), (folder / "index.html").c_str());
+  std::printf("%zu pictures in %s\n", cards.size(), (folder / "index.html").c_str());
 }
 
 }  // namespace zim::tool

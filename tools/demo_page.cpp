@@ -1,5 +1,6 @@
 #include "tools/demo_page.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "zimcc.h"
@@ -126,7 +127,8 @@ std::string header(const Card& original, const std::vector<Card>& cards) {
   fact("Library", std::to_string(v.versionMajor) + "." + std::to_string(v.versionMinor) + " (" + v.versionText + ")");
   fact("Target", std::string(v.targetTag, 2));
   fact("Photograph", extent(original));
-  fact("Conversions", std::to_string(cards.size()));
+  fact("Conversions",
+       std::to_string(std::ranges::count_if(cards, [](const Card& card) { return !card.exportName.empty(); })));
   html += "</dl>\n<nav>\n";
   std::size_t groups = 0;
   for (const Card& card : cards) {
@@ -139,11 +141,18 @@ std::string header(const Card& original, const std::vector<Card>& cards) {
 std::string figure(const Card& card) {
   const bool wide = card.width > 2 * card.height;
   std::string html = wide ? "<figure class=\"wide\">" : "<figure>";
-  html += image(card) + "\n<figcaption><b>" + escaped(card.title) + "</b><code>" + escaped(card.exportName);
-  if (!card.settings.empty()) html += " <i>" + breakable(card.settings) + "</i>";
-  html += "</code><small><span>" + extent(card) + "</span><span>" + fixed(card.milliseconds, 3) + " ms · " +
-          thousands(card.megapixelsPerSecond) + " MP/s</span></small></figcaption></figure>\n";
-  return html;
+  html += image(card) + "\n<figcaption><b>" + escaped(card.title) + "</b>";
+  if (!card.exportName.empty()) {
+    html += "<code>" + escaped(card.exportName);
+    if (!card.settings.empty()) html += " <i>" + breakable(card.settings) + "</i>";
+    html += "</code>";
+  }
+  html += "<small><span>" + extent(card) + "</span>";
+  if (!card.note.empty()) html += "<span>" + escaped(card.note) + "</span>";
+  if (!card.exportName.empty()) {
+    html += "<span>" + fixed(card.milliseconds, 3) + " ms · " + thousands(card.megapixelsPerSecond) + " MP/s</span>";
+  }
+  return html + "</small></figcaption></figure>\n";
 }
 
 }  // namespace

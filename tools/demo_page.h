@@ -7,7 +7,9 @@
 namespace zim::tool {
 
 struct Card {
-  std::string group, title, exportName, settings, file;
+  std::string group, title;
+  std::string exportName;  // empty where the picture is no result
+  std::string settings, note, file;
   int width, height;  // of the file's picture
   double milliseconds, megapixelsPerSecond;
 };

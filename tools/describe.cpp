@@ -109,7 +109,22 @@ void addSide(Rows& rows, const Side& side, const std::string& role, bool readOnl
   }
 }
 
+// A region of a whole image, which stands with its source.
+void addSourceOfRegion(Rows& rows, const Side& side) {
+  addSide(rows, side, "Src", true);
+  rows.insert(rows.end() - 1, {{"ZimiRegion", "srcRoi", "x, y, width and height of the part to be converted"},
+                               {"ZimiSize", "srcSize", "width and height of the whole image in pixels"}});
+}
+
 Row furtherRow(const Argument& argument) {
+  if (!argument.words.empty()) {
+    std::string meaning = "one of";
+    for (const std::string_view& word : argument.words) {
+      meaning += (&word == &argument.words.front() ? " " : ", ") + text(word) + " (" +
+                 text(static_cast<double>(&word - &argument.words.front())) + ")";
+    }
+    return {typeName(argument.type), text(argument.name), meaning};
+  }
   std::string meaning = argument.array ? "e.g. " : "a number, e.g. ";
   for (const double& number : argument.usual)
     meaning += (&number == &argument.usual.front() ? "" : ", ") + text(number);
@@ -159,10 +174,20 @@ void describe(const std::string& name) {
   printTable(facts, 2);
 
   Rows arguments;
-  if (!e.inPlace) addSide(arguments, e.source, "Src", true);
+  if (e.takesRegion) {
+    addSourceOfRegion(arguments, e.source);
+  } else if (!e.inPlace) {
+    addSide(arguments, e.source, "Src", true);
+  }
   addSide(arguments, e.destination, e.inPlace ? "SrcDst" : "Dst", false);
-  arguments.push_back({"ZimiSize", "roiSize", "width and height in pixels"});
+  if (!e.takesRegion) arguments.push_back({"ZimiSize", "roiSize", "width and height in pixels"});
   for (const Argument& argument : e.further) arguments.push_back(furtherRow(argument));
+  if (e.scratch) {
+    arguments.push_back({typeName(e.scratch->side.type) + "*", "pBuf",
+                         text(e.scratch->rows) + " rows of scratch, each of the region's width and " +
+                             text(e.scratch->margin) + " samples"});
+    arguments.push_back({"Zim32s", "bufStep", "bytes from row to row"});
+  }
   std::cout << "\n  arguments\n";
   int number = 0;
   for (Row& row : arguments) {

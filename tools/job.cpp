@@ -52,36 +52,71 @@ std::optional<double> numberIn(std::string_view text, SampleType type) {
   return fits ? std::optional(number) : std::nullopt;
 }
 
-void apply(const std::string& setting, const Export& e, Operands& operands) {
-  const auto equals = setting.find('=');
-  if (equals == std::string::npos) throw Failure("'" + setting + "' is no setting of the form name=value");
-  const auto argument = std::ranges::find_if(e.further, [&](const Argument& a) {
-    return equalIgnoringCase(a.name, std::string_view(setting).substr(0, equals));
-  });
-  if (argument == e.further.end()) {
-    throw Failure(e.name + " takes no setting '" + setting.substr(0, equals) + "'; see zimcc describe " + e.name);
-  }
-  Value& value = operands.value(argument->name);
-  std::string_view rest = std::string_view(setting).substr(equals + 1);
-  if (argument->mayBeNull && rest == "null") return value.setNull();
-
+// Numbers between commas; where they have words of their own, those as well.
+std::vector<double> numbersIn(std::string_view text, const Argument& argument) {
   std::vector<double> numbers;
   for (bool more = true; more;) {
-    const auto comma = rest.find(',');
-    const auto number = numberIn(rest.substr(0, comma), argument->type);
+    const auto comma = text.find(',');
+    const std::string_view part = text.substr(0, comma);
+    const auto word =
+        std::ranges::find_if(argument.words, [&](std::string_view w) { return equalIgnoringCase(w, part); });
+    const auto number = word != argument.words.end() ? static_cast<double>(word - argument.words.begin())
+                                                     : numberIn(part, argument.type);
     if (!number) {
-      throw Failure("'" + std::string(rest.substr(0, comma)) + "' is no " + std::string(name(argument->type)) +
-                    " number for " + std::string(argument->name));
+      throw Failure("'" + std::string(part) + "' is no " + std::string(name(argument.type)) + " number for " +
+                    std::string(argument.name));
     }
     numbers.push_back(*number);
     more = comma != std::string_view::npos;
-    if (more) rest.remove_prefix(comma + 1);
+    if (more) text.remove_prefix(comma + 1);
   }
-  if (numbers.size() != argument->usual.size()) {
-    throw Failure(std::string(argument->name) + " takes " + std::to_string(argument->usual.size()) + " number" +
-                  (argument->usual.size() == 1 ? "" : "s") + ", not " + std::to_string(numbers.size()));
+  if (numbers.size() != argument.usual.size()) {
+    throw Failure(std::string(argument.name) + " takes " + std::to_string(argument.usual.size()) + " number" +
+                  (argument.usual.size() == 1 ? "" : "s") + ", not " + std::to_string(numbers.size()));
   }
-  value.set(numbers);
+  return numbers;
+}
+
+// Where an export converts part of an image.
+const Argument kRegion = {"roi", SampleType::s32, true, false, {0, 0, 1, 1}};
+
+void setRegion(Operands& operands, const std::vector<double>& numbers) {
+  const auto inside = [](double first, double count, Zim32s all) {
+    return first >= 0 && count >= 1 && first + count <= all;
+  };
+  const ZimiSize size = operands.size;
+  if (!inside(numbers[0], numbers[2], size.width) || !inside(numbers[1], numbers[3], size.height)) {
+    throw Failure("roi=x,y,width,height lies outside the picture of " + std::to_string(size.width) + " x " +
+                  std::to_string(size.height));
+  }
+  const auto at = [&](std::size_t i) { return static_cast<Zim32s>(numbers[i]); };
+  operands.region = {at(0), at(1), at(2), at(3)};
+}
+
+void apply(const std::string& setting, const Export& e, Operands& operands) {
+  const auto equals = setting.find('=');
+  if (equals == std::string::npos) throw Failure("'" + setting + "' is no setting of the form name=value");
+  const std::string_view wanted = std::string_view(setting).substr(0, equals);
+  const std::string_view text = std::string_view(setting).substr(equals + 1);
+  if (e.takesRegion && equalIgnoringCase(kRegion.name, wanted)) return setRegion(operands, numbersIn(text, kRegion));
+  const auto argument =
+      std::ranges::find_if(e.further, [&](const Argument& a) { return equalIgnoringCase(a.name, wanted); });
+  if (argument == e.further.end()) {
+    throw Failure(e.name + " takes no setting '" + std::string(wanted) + "'; see zimcc describe " + e.name);
+  }
+  Value& value = operands.value(argument->name);
+  if (argument->mayBeNull && text == "null") return value.setNull();
+  value.set(numbersIn(text, *argument));
+}
+
+// What a call is given besides its images.
+Operands settled(const Export& e, ZimiSize size, const std::vector<std::string>& settings) {
+  Operands operands(e, size);
+  // Opaque unless asked otherwise, whatever the type.
+  const auto fourth = std::ranges::find(operands.values, "aval", &Value::name);
+  if (fourth != operands.values.end()) fourth->set({std::numeric_limits<double>::max()});
+  for (const std::string& setting : settings) apply(setting, e, operands);
+  return operands;
 }
 
 // ---- Calls ---------------------------------------------------------------------------------------------------------
@@ -90,6 +125,8 @@ std::string meaningOf(ZimResult result) {
   switch (result) {
     case zimWarnNoOperation:
       return "nothing to do, the maximum or mean is negative";
+    case zimResultBadArgument:
+      return "an argument has none of its values";
     case zimResultBadSize:
       return "the size is too small";
     case zimResultNoMemory:
@@ -107,8 +144,13 @@ std::string meaningOf(ZimResult result) {
   }
 }
 
-Image sourceFor(const Export& e, const Picture& picture) {
+Image sourceFor(const Export& e, const Picture& picture, const std::vector<std::string>& settings) {
   const ZimiSize size = {picture.width, picture.height};
+  if (isMosaic(e.source)) {
+    Image image(e.source, size);
+    fill(image, mosaicOf(picture, settled(e, size, settings).value("grid").number()));
+    return image;
+  }
   auto way = wayToSource(e);
   way.push_back(&e);
   Image image(way.front()->source, size);
@@ -126,6 +168,10 @@ Image sourceFor(const Export& e, const Picture& picture) {
 Image roomFor(Side side, ZimiSize size) {
   for (Plane& plane : side.planes) plane.wholeGroupsOnly = plane.wholeGroupsOnly && side.steps == Steps::none;
   return Image(side, size);
+}
+
+ZimBayerGrid gridIn(const std::vector<std::string>& settings) {
+  return settled(exportNamed("zimiCFAToRGB_8u_C1C3R"), {}, settings).value("grid").number();
 }
 
 const Export& exportNamed(const std::string& name) {
@@ -148,7 +194,7 @@ std::vector<const Export*> wayToSource(const Export& e) {
     const Export* first;
     std::size_t after;  // index of the candidate that it leads to
   };
-  if (holdsColours(e.source)) return {};
+  if (holdsColours(e.source) || isMosaic(e.source)) return {};
   std::vector<Candidate> candidates = {{&e, 0}};
   std::set<const Export*> seen = {&e};
   for (std::size_t i = 0; i < candidates.size(); ++i) {
@@ -172,18 +218,16 @@ std::vector<const Export*> wayToSource(const Export& e) {
 }
 
 Job::Job(const Export& e, const Picture& picture, const std::vector<std::string>& settings)
-    : Job(e, sourceFor(e, picture), settings) {}
+    : Job(e, sourceFor(e, picture, settings), settings) {}
 
 Job::Job(const Export& e, Image source, const std::vector<std::string>& settings)
     : export_(e),
       source_(std::move(source)),
-      destination_(roomFor(e.destination, source_.size())),
-      operands_(e, source_, e.inPlace ? source_ : destination_),
+      operands_(settled(e, source_.size(), settings)),
+      destination_(roomFor(e.destination, {operands_.region.width, operands_.region.height})),
       caller_(e) {
-  // Opaque unless asked otherwise, whatever the type.
-  const auto fourth = std::ranges::find(operands_.values, "aval", &Value::name);
-  if (fourth != operands_.values.end()) fourth->set({std::numeric_limits<double>::max()});
-  for (const std::string& setting : settings) apply(setting, e, operands_);
+  operands_.source = source_.buffers();
+  operands_.destination = e.inPlace ? operands_.source : destination_.buffers();
 }
 
 void Job::run() { call(export_, caller_, operands_); }

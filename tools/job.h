@@ -19,7 +19,8 @@ catalogue::Image roomFor(catalogue::Side side, ZimiSize size);
 
 class Job {
  public:
-  // Settings are "name=number" or, for arrays, "name=number,number,...".
+  // Settings are "name=number" or, for arrays, "name=number,number,...". An export that sees a whole image takes the
+  // part that it converts as roi=x,y,width,height.
   Job(const catalogue::Export& e, const Picture& picture, const std::vector<std::string>& settings);
   // The same on samples as they are.
   Job(const catalogue::Export& e, catalogue::Image source, const std::vector<std::string>& settings);
@@ -32,13 +33,17 @@ class Job {
 
  private:
   const catalogue::Export& export_;
-  catalogue::Image source_, destination_;
+  catalogue::Image source_;
   catalogue::Operands operands_;
+  catalogue::Image destination_;
   catalogue::Caller caller_;
 };
 
 // Calls the export and throws Failure if the library reports anything but success.
 void call(const catalogue::Export& e, const catalogue::Caller& caller, const catalogue::Operands& operands);
+
+// The grid of a mosaic that grid=BGGR, RGGB, GBRG or GRBG asks for; RGGB where nothing does.
+ZimBayerGrid gridIn(const std::vector<std::string>& settings);
 
 // The export of this name; throws Failure if there is none.
 const catalogue::Export& exportNamed(const std::string& name);

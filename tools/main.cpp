@@ -16,6 +16,7 @@
 #include "tools/job.h"
 #include "tools/measure.h"
 #include "tools/raw_video.h"
+#include "tools/samples.h"
 #include "zimcore.h"
 
 namespace zim::tool {
@@ -56,6 +57,11 @@ void run(const Words& words) {
   Job job = jobOn(exportNamed(words[0]), words[1], Words(words.begin() + 3, words.end()));
   job.run();
   isRawVideo(words[2]) ? writeRawVideo(words[2], job.result()) : writePng(words[2], job.picture());
+}
+
+void mosaic(const Words& words) {
+  const Picture picture = mosaicOf(readPicture(words[0]), gridIn(Words(words.begin() + 2, words.end())));
+  words[1].ends_with(".pgm") ? writeGrayMap(words[1], picture) : writePng(words[1], picture);
 }
 
 void bench(const Words& words) {
@@ -106,6 +112,8 @@ constexpr Command kCommands[] = {
     {"describe", 1, 1, "NAME", "what an export converts, and its arguments in order",
      [](const Words& words) { describe(words[0]); }},
     {"run", 3, kAny, "NAME IN OUT [SETTING=VALUE ...]", "converts a PNG, PFM or raw YUV file to a PNG or raw YUV", run},
+    {"mosaic", 2, 3, "IN OUT.(pgm|png) [grid=RGGB]", "what a sensor behind a colour filter array sees of a picture",
+     mosaic},
     {"bench", 1, 3, "NAME [--size WxH]", "times an export on one thread beside memcpy", bench},
     {"demo", 1, 1, "DIR", "converts a photograph by every family into a web page",
      [](const Words& words) { demo(words[0]); }},

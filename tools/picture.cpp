@@ -2,7 +2,9 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -14,9 +16,15 @@ namespace zim::tool {
 Picture readPicture(const std::string& path) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), &std::fclose);
   if (!file) throw Failure("cannot read " + path + ": " + std::strerror(errno));
-  const int first = std::fgetc(file.get());
+  const int first = std::fgetc(file.get()), second = std::fgetc(file.get());
   std::rewind(file.get());
-  return first == 'P' ? readFloatMap(file.get(), path) : readPng(file.get(), path);
+  if (first != 'P') return readPng(file.get(), path);
+  return second == '5' ? readGrayMap(file.get(), path) : readFloatMap(file.get(), path);
+}
+
+unsigned quantised(float sample, int white) {
+  const float inRange = sample > 0 ? std::min(sample, 1.0f) : 0;  // NaN becomes 0
+  return static_cast<unsigned>(std::lround(inRange * static_cast<float>(white)));
 }
 
 OutputFile::OutputFile(const std::string& path)

@@ -12,7 +12,7 @@ namespace zim::tool {
 struct Picture {
   int width, height, channels;
   std::vector<float> samples;
-  bool deep = false;  // becomes a PNG of 16 bits a sample instead of 8
+  bool deep = false;  // of 16 bits a sample instead of 8 in files of integers
 
   Picture(int w, int h, int c)
       : width(w),
@@ -30,12 +30,18 @@ struct Picture {
   }
 };
 
-// A PNG of any kind or a portable float map, as RGB or RGBA. Throws Failure, as all here do.
+// A PNG of any kind, a portable float map or a portable gray map, as RGB or RGBA. Throws Failure, as all here do.
 Picture readPicture(const std::string& path);
 
 Picture readPng(std::FILE* file, const std::string& name);
 Picture readFloatMap(std::FILE* file, const std::string& name);
+Picture readGrayMap(std::FILE* file, const std::string& name);
 void writePng(const std::string& path, const Picture& picture);
+// Of the first channel.
+void writeGrayMap(const std::string& path, const Picture& picture);
+
+// A sample as an integer, from 0 to this white; what lies beyond the range, or is no number, stops at its ends.
+unsigned quantised(float sample, int white);
 
 // A file that takes its name only once it is whole.
 class OutputFile {

@@ -1,8 +1,6 @@
 // PNG files through libpng, which leaves a failed call by longjmp: the functions that it leaves construct nothing.
 #include <png.h>
 
-#include <algorithm>
-#include <cmath>
 #include <csetjmp>
 #include <span>
 
@@ -69,6 +67,7 @@ Picture readPng(std::FILE* file, const std::string& name) {
   Picture picture(static_cast<int>(png_get_image_width(reader.png, reader.info)),
                   static_cast<int>(png_get_image_height(reader.png, reader.info)),
                   png_get_channels(reader.png, reader.info));
+  picture.deep = deep;
   png_bytep* const rows = png_get_rows(reader.png, reader.info);
   const auto samples = static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.channels);
   for (int y = 0; y < picture.height; ++y) {
@@ -86,9 +85,7 @@ void writePng(const std::string& path, const Picture& picture) {
   std::vector<png_byte> bytes;
   bytes.reserve(picture.samples.size() * (picture.deep ? 2 : 1));
   for (const float sample : picture.samples) {
-    // Also maps NaN to black.
-    const float inRange = sample > 0 ? std::min(sample, 1.0f) : 0;
-    const auto value = static_cast<unsigned>(std::lround(inRange * static_cast<float>(white)));
+    const unsigned value = quantised(sample, white);
     if (picture.deep) bytes.push_back(static_cast<png_byte>(value >> 8));
     bytes.push_back(static_cast<png_byte>(value));
   }

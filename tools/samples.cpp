@@ -175,6 +175,21 @@ bool holdsColours(const Side& side) {
   return (bluesFirst(side) || redsFirst(side)) && packingOf(side) == nullptr && side.layout.back() >= '3';
 }
 
+bool isMosaic(const Side& side) { return side.colourWord == "CFA"; }
+
+Picture mosaicOf(const Picture& picture, ZimBayerGrid grid) {
+  Picture mosaic(picture.width, picture.height, 1);
+  mosaic.deep = picture.deep;
+  for (int y = 0; y < picture.height; ++y) {
+    for (int x = 0; x < picture.width; ++x) {
+      const bool green = (((grid >> 1) ^ x ^ y) & 1) != 0, redRow = ((grid ^ y) & 1) != 0;
+      const int colour = green ? 1 : redRow ? 0 : 2;
+      *mosaic.pixel(x, y) = picture.pixel(x, y)[picture.channels < 3 ? 0 : colour];
+    }
+  }
+  return mosaic;
+}
+
 void fill(Image& image, const Picture& picture) {
   const Side& side = image.side();
   const Range range = rangeOf(side.type);

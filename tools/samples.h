@@ -9,6 +9,13 @@ namespace zim::tool {
 // Whether fill() can make this side of a picture without the library's help.
 bool holdsColours(const catalogue::Side& side);
 
+// Whether it is a mosaic of single colours, as mosaicOf() makes it.
+bool isMosaic(const catalogue::Side& side);
+
+// Of each pixel the one colour that a sensor with this grid sees there. Of a gray picture, which may be such a mosaic,
+// that is the picture itself.
+Picture mosaicOf(const Picture& picture, ZimBayerGrid grid);
+
 // Integers take their whole range from black to white, floats 0 to 1. A picture without alpha is opaque.
 void fill(catalogue::Image& image, const Picture& picture);
 

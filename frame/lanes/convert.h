@@ -233,15 +233,66 @@ ZIM_INLINE Lane<Zim32s, N> pairDot(Lane<Zim16s, N> a, Lane<Zim16s, N> b, Zim16s 
   }
 }
 
-// (a + b + 1) >> 1, as if in more than 16 bits.
-template <int N>
-ZIM_INLINE Lane<Zim16u, N> averageUp(Lane<Zim16u, N> a, Lane<Zim16u, N> b) {
-  if constexpr (Lane<Zim16u, N>::form == Form::single) {
-    return Lane<Zim16u, N>(static_cast<Zim16u>((a.v + b.v + 1) >> 1));
-  } else if constexpr (Lane<Zim16u, N>::form == Form::split) {
-    return Lane<Zim16u, N>::join(averageUp(a.v.lo, b.v.lo), averageUp(a.v.hi, b.v.hi));
+// (a + b + 1) >> 1, as if in more bits.
+template <class T, int N>
+ZIM_INLINE Lane<T, N> averageUp(Lane<T, N> a, Lane<T, N> b) {
+  static_assert(std::is_same_v<T, Zim8u> || std::is_same_v<T, Zim16u>);
+  if constexpr (Lane<T, N>::form == Form::single) {
+    return Lane<T, N>(static_cast<T>((a.v + b.v + 1) >> 1));
+  } else if constexpr (Lane<T, N>::form == Form::split) {
+    return Lane<T, N>::join(averageUp(a.v.lo, b.v.lo), averageUp(a.v.hi, b.v.hi));
   } else {
-    return Lane<Zim16u, N>::of((typename Lane<Zim16u, N>::Value)ZIM_MM(avg_epu16)((Register)a.v, (Register)b.v));
+    const auto x = (Register)a.v, y = (Register)b.v;
+    return Lane<T, N>::of(
+        (typename Lane<T, N>::Value)(sizeof(T) == 1 ? ZIM_MM(avg_epu8)(x, y) : ZIM_MM(avg_epu16)(x, y)));
+  }
+}
+
+// (a + b + c + d + 2) >> 2, as if in more bits. The average of the averages is one too high where it and at least one
+// of them was rounded up.
+template <class T, int N>
+ZIM_INLINE Lane<T, N> averageOfFour(Lane<T, N> a, Lane<T, N> b, Lane<T, N> c, Lane<T, N> d) {
+  const auto ab = averageUp(a, b), cd = averageUp(c, d);
+  return averageUp(ab, cd) - (((a ^ b) | (c ^ d)) & (ab ^ cd) & Lane<T, N>(1));
+}
+
+// |a - b|
+template <class T, int N>
+ZIM_INLINE Lane<T, N> distance(Lane<T, N> a, Lane<T, N> b) {
+  static_assert(std::is_same_v<T, Zim8u> || std::is_same_v<T, Zim16u>);
+  if constexpr (Lane<T, N>::form == Form::single) {
+    return Lane<T, N>(static_cast<T>(a.v < b.v ? b.v - a.v : a.v - b.v));
+  } else if constexpr (Lane<T, N>::form == Form::split) {
+    return Lane<T, N>::join(distance(a.v.lo, b.v.lo), distance(a.v.hi, b.v.hi));
+  } else {
+    // One of the two saturated differences is zero.
+    const auto x = (Register)a.v, y = (Register)b.v;
+    const auto either = sizeof(T) == 1 ? ZIM_MM(subs_epu8)(x, y) | ZIM_MM(subs_epu8)(y, x)
+                                       : ZIM_MM(subs_epu16)(x, y) | ZIM_MM(subs_epu16)(y, x);
+    return Lane<T, N>::of((typename Lane<T, N>::Value)either);
+  }
+}
+
+// a * a in twice as many bits; without sign, though 32 of them count as signed here.
+template <int N>
+ZIM_INLINE Lane<Zim16u, N> square(Lane<Zim8u, N> a) {
+  const auto wide = bitsAs<Zim16u>(widen(a));
+  return wide * wide;
+}
+template <int N>
+ZIM_INLINE Lane<Zim32s, N> square(Lane<Zim16u, N> a) {
+  using Result = Lane<Zim32s, N>;
+  if constexpr (Lane<Zim16u, N>::form == Form::single) {
+    return widen(a) * widen(a);
+  } else if constexpr (Lane<Zim16u, N>::form == Form::split) {
+    return Result::join(square(a.v.lo), square(a.v.hi));
+  } else {
+    using Half = Lane<Zim32s, N / 2>;
+    using HalfValue = typename Half::Value;
+    const auto x = (Register)a.v;
+    const Register lower = ZIM_MM(mullo_epi16)(x, x), upper = ZIM_MM(mulhi_epu16)(x, x);
+    return Result::join(Half::of((HalfValue)ZIM_MM(unpacklo_epi16)(lower, upper)),
+                        Half::of((HalfValue)ZIM_MM(unpackhi_epi16)(lower, upper)));
   }
 }
 

@@ -274,6 +274,64 @@ ZIM_INLINE bool any(Lane<T, N> mask) {
   }
 }
 
+// Every lane the same factor, of which the compiler does not know: products by known ones it makes of shifts and
+// additions, which take longer than the processor's multiplication of 16 bits.
+template <class T, int N>
+ZIM_INLINE Lane<T, N> factor(T x) {
+  if constexpr (kForm<T, N> == Form::split) {
+    const auto half = factor<T, N / 2>(x);
+    return Lane<T, N>::join(half, half);
+  } else {
+    Lane<T, N> all(x);
+    if constexpr (kForm<T, N> == Form::whole) asm("" : "+x"(all.v));
+    return all;
+  }
+}
+
+// The mask of every other lane: those of even number, or those of odd number.
+template <std::signed_integral T, int N>
+ZIM_INLINE Lane<T, N> everyOther(bool even) {
+  if constexpr (N == 1) {
+    return Lane<T, N>(static_cast<T>(even ? -1 : 0));
+  } else {
+    using Pair = typename IntegerOfSize<2 * sizeof(T)>::Unsigned;
+    constexpr auto lower = static_cast<Pair>((Pair{1} << (8 * sizeof(T))) - 1);
+    return bitsAs<T>(Lane<Pair, N / 2>(even ? lower : static_cast<Pair>(~lower)));
+  }
+}
+
+// The sign of each lane as a bit, that of the first as the lowest. Lanes that were loaded from memory come in its
+// order.
+template <int N>
+ZIM_INLINE std::uint64_t signBits(Lane<Zim8s, N> a) {
+  static_assert(N <= 64);
+  if constexpr (N == 1) {
+    return a.v < 0 ? 1 : 0;
+  } else {
+    return static_cast<std::uint32_t>(ZIM_MM(movemask_epi8)((Register)a.v));
+  }
+}
+
+// The mask whose lanes are set by the bits.
+template <int N>
+ZIM_INLINE Lane<Zim8s, N> maskOfBits(std::uint64_t bits) {
+  if constexpr (N == 1) {
+    return Lane<Zim8s, N>(static_cast<Zim8s>(-static_cast<int>(bits & 1)));
+  } else {
+    // Each byte of bits to eight lanes, which keep one bit each.
+#if defined(__AVX2__)
+    const auto lanesOfBytes = _mm256_setr_epi64x(0, 0x0101010101010101, 0x0202020202020202, 0x0303030303030303);
+    const auto spread = _mm256_shuffle_epi8(_mm256_set1_epi32(static_cast<int>(bits)), lanesOfBytes);
+#else
+    const auto bytes = _mm_cvtsi32_si128(static_cast<int>(bits));
+    const auto words = _mm_shufflelo_epi16(_mm_unpacklo_epi8(bytes, bytes), _MM_SHUFFLE(1, 1, 0, 0));
+    const auto spread = _mm_shuffle_epi32(words, _MM_SHUFFLE(1, 1, 0, 0));
+#endif
+    const auto own = ZIM_MM(set1_epi64x)(static_cast<long long>(0x8040201008040201));
+    return Lane<Zim8s, N>::of((typename Lane<Zim8s, N>::Value)ZIM_MM(cmpeq_epi8)(spread & own, own));
+  }
+}
+
 // a, replaced by b where b is strictly larger (smaller). With a NaN on either side a stays, as the processor's own
 // maximum and minimum of floats have it.
 #define ZIM_LANE_EXTREME(name, op, extreme)                                          \

@@ -17,6 +17,12 @@ ffi_type& sizeType() {
   return type;
 }
 
+ffi_type& regionType() {
+  static ffi_type* fields[] = {&ffi_type_sint32, &ffi_type_sint32, &ffi_type_sint32, &ffi_type_sint32, nullptr};
+  static ffi_type type = {sizeof(ZimiRegion), alignof(ZimiRegion), FFI_TYPE_STRUCT, fields};
+  return type;
+}
+
 ffi_type& numberType(SampleType type) {
   switch (type) {
     case SampleType::s8:
@@ -61,10 +67,23 @@ void Value::set(std::span<const double> numbers) {
   null_ = false;
 }
 
-Operands::Operands(const Export& e, ZimiSize roiSize) : size(roiSize), values(e.further.begin(), e.further.end()) {}
+Zim32s Value::number() const {
+  Zim32s value;
+  std::memcpy(&value, elements_.data(), sizeof value);
+  return value;
+}
+
+Operands::Operands(const Export& e, ZimiSize roiSize)
+    : size(roiSize), region{0, 0, roiSize.width, roiSize.height}, values(e.further.begin(), e.further.end()) {
+  if (!e.scratch) return;
+  scratchMemory_ = std::make_shared<Image>(e.scratch->side, e.scratch->size({std::max(size.width, 0), 0}));
+  scratch = scratchMemory_->buffers();
+}
 
 Operands::Operands(const Export& e, const Image& sourceImage, Image& destinationImage)
-    : Operands(e, destinationImage.size()) {
+    : Operands(e, e.takesRegion ? sourceImage.size() : destinationImage.size()) {
+  region.width = destinationImage.size().width;
+  region.height = destinationImage.size().height;
   source = sourceImage.buffers();
   destination = destinationImage.buffers();
 }
@@ -77,13 +96,21 @@ Value& Operands::value(std::string_view name) {
 
 Caller::Caller(const Export& e) : function_(e.function) {
   if (function_ == nullptr) throw std::invalid_argument(e.name + " is not in the library");
-  if (!e.inPlace) addSide(e.source, &Operands::source);
+  if (e.takesRegion) {
+    add(ffi_type_pointer, {Kind::plane, &Operands::source, 0});
+    add(regionType(), {Kind::region, nullptr, 0});
+    add(sizeType(), {Kind::size, nullptr, 0});
+    add(ffi_type_sint32, {Kind::step, &Operands::source, 0});
+  } else if (!e.inPlace) {
+    addSide(e.source, &Operands::source);
+  }
   addSide(e.destination, &Operands::destination);
-  add(sizeType(), {Kind::size, nullptr, 0});
+  if (!e.takesRegion) add(sizeType(), {Kind::size, nullptr, 0});
   for (std::size_t i = 0; i < e.further.size(); ++i) {
     const Argument& argument = e.further[i];
     add(argument.array ? ffi_type_pointer : numberType(argument.type), {Kind::value, nullptr, i});
   }
+  if (e.scratch) addSide(e.scratch->side, &Operands::scratch);
   if (slots_.size() > kMostArguments || ffi_prep_cif(&call_, FFI_DEFAULT_ABI, static_cast<unsigned>(types_.size()),
                                                      &ffi_type_sint32, types_.data()) != FFI_OK) {
     throw std::invalid_argument("no way to call " + e.name);
@@ -135,6 +162,9 @@ ZimResult Caller::operator()(const Operands& operands) const {
         passPointer(side.nullSteps ? nullptr : side.steps.data());
         break;
       }
+      case Kind::region:
+        pass(&operands.region);
+        break;
       case Kind::size:
         pass(&operands.size);
         break;

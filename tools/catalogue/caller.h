@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <initializer_list>
+#include <memory>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,9 @@ class Value {
   // Null in place of an array.
   void setNull() { null_ = array_; }
 
+  // A 32-bit integer.
+  Zim32s number() const;
+
   // Where the number lies, or the pointer that is passed for an array.
   const void* data() const { return null_ ? nullptr : elements_.data(); }
 
@@ -42,16 +46,21 @@ class Value {
 
 // All arguments of one call. An in-place export ignores the source.
 struct Operands {
-  Buffers source, destination;
-  ZimiSize size = {};
+  Buffers source, destination, scratch;
+  ZimiSize size = {};         // of the region, or of the whole image where there is one
+  ZimiRegion region = {};     // of the whole image; at first all that the destination has room for
   std::vector<Value> values;  // in the order of Export::further
 
+  // With scratch of its own, if the export takes some.
   explicit Operands(const Export& e, ZimiSize size = {});
   Operands(const Export& e, const Image& source, Image& destination);
   Operands(const Export& e, Image& inPlace) : Operands(e, inPlace, inPlace) {}
 
   // The value of a name; throws std::out_of_range if the export takes no such argument.
   Value& value(std::string_view name);
+
+ private:
+  std::shared_ptr<Image> scratchMemory_;  // copies share it
 };
 
 // A call to one export, prepared once. May be used by several threads at once.
@@ -64,7 +73,7 @@ class Caller {
   ZimResult operator()(const Operands& operands) const;
 
  private:
-  enum class Kind { plane, step, planeArray, stepArray, size, value };
+  enum class Kind { plane, step, planeArray, stepArray, region, size, value };
   struct Slot {
     Kind kind;
     Buffers Operands::*side;

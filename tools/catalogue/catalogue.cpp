@@ -25,6 +25,7 @@ constexpr Family kFamilies[] = {
     {"zimiColorTwist*", "colour twist"},
     {"zimiGamma@(Fwd|Inv)_*", "gamma"},
     {"zimiToneMap*", "tone mapping"},
+    {"zimi@(CFAToRGB|DemosaicAHD)_*", "demosaicing"},
     {"zimi*Dither_*", "dithered packed pixels"},
     {"zimi*@(444|555|565)*", "packed 16-bit pixels"},
     {"zimi@(RGB|BGR)To@(Y@(CbCr|CrCb|UV)|CbYCr)4*", "chroma-subsampling encoders"},
@@ -43,6 +44,9 @@ struct Extent {
 // 0 where the extent is not tested.
 constexpr Extent kLeast[] = {
     {"zimi*YCoCg*", {0, 0}},
+
+    {"zimiCFAToRGB_*", {2, 2}},
+    {"zimiDemosaicAHD_*", {5, 5}},
 
     {"zimi*_Interlace_*", {2, 4}},
     {"zimiY@(CbCr|CrCb)420ToYCbCr422_Filter_8u_@(P2P3R|P3R)", {2, 8}},
@@ -99,6 +103,11 @@ constexpr const char* kWholeGroupsOnly[] = {
     "zimi@(CbYCr|YCbCr|YCrCb)@(422|420|411|1620)?(To*([A-Z]|[a-z])@(422|420|411|1620))_*",
 };
 
+// Operations that see a whole mosaic, and those of them that are lent memory.
+constexpr const char* kTakeRegion = "zimi@(CFAToRGB|DemosaicAHD)_*";
+constexpr const char* kTakeScratch = "zimiDemosaicAHD_*";
+constexpr int kScratchRows = 30, kScratchMargin = 6;
+
 struct FurtherArguments {
   const char* pattern;
   std::vector<Argument> arguments;
@@ -121,6 +130,7 @@ const std::vector<FurtherArguments>& furtherArguments() {
       {"zimiColorTwist_32f_C4R", {{"twist", f32, true, false, mixture}}},
       {"zimiColorTwist*", {{"twist", f32, true, false, sepia}}},
       {"zimiGamma*_32f_*", {{"vMin", f32, false, false, {0}}, {"vMax", f32, false, false, {1}}}},
+      {kTakeRegion, {{"grid", s32, false, false, {zimBayerGridRGGB}, {"BGGR", "RGGB", "GBRG", "GRBG"}}}},
       {"zimiYCbCr420ToYC@(bCr422_Filter_8u_P2C2R|rCb420_Filter_8u_P2P3R)", {{"layout", s32, false, false, {21}}}},
   };
   return table;
@@ -162,6 +172,7 @@ struct Conversion {
 Conversion conversionOf(const std::string& operation) {
   static const std::regex conversion(R"(([A-Z][A-Za-z]*?)(\d*)To([A-Z][A-Za-z]*?)?(\d*)(?:Dither|Gamma)?)");
   static const std::regex layoutChange(R"((Y[A-Za-z]+)(\d+))");
+  if (operation == "DemosaicAHD") return {{"CFA", ""}, {"RGB", ""}};
   std::smatch m;
   if (std::regex_match(operation, m, conversion)) {
     return {{m[1], m[2]}, {m[3].matched ? m[3] : m[1], m[4]}};
@@ -261,6 +272,8 @@ std::optional<Export> describe(std::string_view name) {
   const auto further =
       std::ranges::find_if(furtherArguments(), [&](const FurtherArguments& f) { return matches(f.pattern, e.name); });
   if (further != furtherArguments().end()) e.further = further->arguments;
+  e.takesRegion = matches(kTakeRegion, e.name);
+  if (matches(kTakeScratch, e.name)) e.scratch = {sideOf("C1", sourceType, {}, true), kScratchRows, kScratchMargin};
   if (takesFill(e.source, e.destination)) e.further.push_back({"aval", destinationType, false, false, {255}});
   return e;
 }

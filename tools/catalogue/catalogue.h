@@ -54,6 +54,16 @@ struct Argument {
   bool array;                 // passed as a pointer to its elements
   bool mayBeNull;             // null selects the operation's own values
   std::vector<double> usual;  // what serves as a value where none is asked for: one number, or each element
+  std::vector<std::string_view> words = {};  // for the numbers from 0 on, if they have names
+};
+
+// Rows that the caller lends an operation for its work, longer than those of the region.
+struct Scratch {
+  Side side;
+  int rows;
+  int margin;  // samples beyond the region's width
+
+  ZimiSize size(ZimiSize region) const { return {region.width + margin, rows}; }
 };
 
 using AnyFunction = void (*)();
@@ -65,7 +75,9 @@ struct Export {
   std::string_view family;
   Side source, destination;  // equal in place
   bool inPlace = false;
+  bool takesRegion = false;  // of a whole image: ZimiRegion and the image's ZimiSize go between pointer and step
   std::vector<Argument> further;
+  std::optional<Scratch> scratch;  // behind all other arguments
   ZimiSize least = {1, 1};         // below it zimResultBadSize; 0 where the size is not tested
   ZimiSize multiple = {1, 1};      // zimResultBadSize where the size is no multiple of it
   ZimiSize whole = {1, 1};         // zimWarnOddSize where the size is no multiple of it
