@@ -21,6 +21,8 @@ struct Family {
 
 constexpr Family kFamilies[] = {
     {"zimi*ToGray_*", "gray", {1, 1}},
+    {"zimi@(RGBToLUV|LUVToRGB)_*", "LUV", {1, 1}},
+    {"zimi@(BGRToLab|LabToBGR)_*", "Lab", {1, 1}},
     {"zimi@(RGBToY@(CbCr|UV)|Y@(CbCr|UV)To@(RGB|BGR))_*", "full-resolution luma-chroma", {1, 1}},
     {"zimi*YCoCg*", "ycocg", {0, 0}},
     {"zimiColorTwist*", "colour twist", {1, 1}},
