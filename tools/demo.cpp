@@ -31,9 +31,11 @@ struct Entry {
   const char* title;
   const char* settings = "";
   Input input = Input::photo;
+  int zoom = 1;  // shows a part of the result, each pixel so many times as wide and high
 };
 
 constexpr const char* kGray = "Gray";
+constexpr const char* kLuvLab = "LUV and Lab";
 constexpr const char* kLumaChroma = "Luma and chroma";
 constexpr const char* kYCoCg = "YCoCg";
 constexpr const char* kTwist = "Colour twist";
@@ -48,6 +50,14 @@ constexpr Entry kEntries[] = {
     {kGray, "zimiRGBToGray_16u_C3C1R", "Luma at 16 bits a sample"},
     {kGray, "zimiColorToGray_32f_C3C1R", "Green lifted, in floating point", "coeffs=-0.3,1.6,-0.3"},
     {kGray, "zimiColorToGray_64f_C3C1R", "Sky against foliage: blue less red", "coeffs=-1,0.6,1.2"},
+
+    {kLuvLab, "zimiRGBToLUV_8u_C3R", "L, U and V: lightness, green to red, blue to yellow"},
+    {kLuvLab, "zimiRGBToLUV_32f_C3R", "The same in floating point, in units of L, U and V"},
+    {kLuvLab, "zimiLUVToRGB_32f_C3R", "There and back in floating point: each row as far as its first black pixel"},
+    {kLuvLab, "zimiLUVToRGB_8u_C3R", "There and back in bytes"},
+    {kLuvLab, "zimiBGRToLab_8u_C3R", "L, a and b: lightness, green to red, blue to yellow"},
+    {kLuvLab, "zimiBGRToLab_8u16u_C3R", "The same at 16 bits"},
+    {kLuvLab, "zimiLabToBGR_8u_C3R", "Lab, there and back"},
 
     {kLumaChroma, "zimiRGBToYCbCr_8u_C3P3R", "Y, Cb and Cr: brightness, then what is blue, then what is red"},
     {kLumaChroma, "zimiRGBToYUV_8u_P3R", "Y, U and V with analogue weights"},
@@ -122,11 +132,24 @@ std::vector<std::string> wordsOf(const char* text) {
   return {std::istream_iterator<std::string>(stream), {}};
 }
 
+// The part in the middle that fills the picture once its pixels are so large.
+Picture enlarged(const Picture& picture, int zoom) {
+  Picture part(picture.width, picture.height, picture.channels);
+  part.deep = picture.deep;
+  const int left = (picture.width - picture.width / zoom) / 2, top = (picture.height - picture.height / zoom) / 2;
+  for (int y = 0; y < part.height; ++y) {
+    for (int x = 0; x < part.width; ++x) {
+      std::copy_n(picture.pixel(left + x / zoom, top + y / zoom), picture.channels, part.pixel(x, y));
+    }
+  }
+  return part;
+}
+
 Card make(const Entry& entry, const Picture& input, const std::filesystem::path& folder, const std::string& file) {
   constexpr int kRounds = 11;
   Job job(exportNamed(entry.exportName), input, wordsOf(entry.settings));
   job.run();
-  const Picture picture = job.result();
+  const Picture picture = enlarged(job.picture(), entry.zoom);
   writePng(folder / file, picture);
   const double seconds = measure({[&] { job.run(); }}, kRounds).front().median;
   return {entry.group,    entry.title,   entry.exportName,
