@@ -249,15 +249,9 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
       const auto from = source.at(inBands ? std::ptrdiff_t{first} * call.srcStep : 0);
       const auto to = destination.at(inBands ? std::ptrdiff_t{first} * call.dstStep : 0);
       for (Zim32s row = inBands ? 0 : first, end = row + count; row < end; ++row) {
-<<<<<<< HEAD
         const auto fromRow = from.at(rowOffset<Rules::offsets, typename Source::Sample>(row, call.srcStep));
         const auto toRow = to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep));
         convertRow<Source, Destination>(fromRow, toRow, reachOf<Source>(local, fromRow, size.width), local);
-=======
-        convertRow<Source, Destination>(
-            from.at(rowOffset<Rules::offsets, typename Source::Sample>(row, call.srcStep)),
-            to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep)), size.width, local);
->>>>>>> main
       }
     });
   });

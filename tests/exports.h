@@ -40,28 +40,13 @@ std::vector<catalogue::Export> exportsWhere(const Condition& condition) {
 
 inline std::string nameOf(const testing::TestParamInfo<catalogue::Export>& info) { return info.param.name; }
 
-<<<<<<< HEAD
-// Every pixel of the destination follows from the pixel of the source at its place, and from nothing else. Not so where
-// the whole image counts, or where a row ends at a dark pixel.
-inline bool isPixelwise(const catalogue::Export& e) {
-  constexpr const char* kMoreThanPixels[] = {"zimiToneMap*", "zimiLUVToRGB_32f_*"};
-  const auto onePixel = [](const catalogue::Side& side) {
-    return side.layout != "C2" && std::ranges::all_of(side.planes, [](const catalogue::Plane& p) {
-             return p.pixelsAcross == 1 && p.pixelsDown == 1 && bits(p.type) >= 8;
-           });
-  };
-  return onePixel(e.source) && onePixel(e.destination) && !matchesAny(e, kMoreThanPixels);
-=======
 // The pixels that are converted together and by themselves: what comes of such a cell follows from the source at its
 // place and from nothing else. An incomplete cell at the right or bottom end goes with the one before it. {0, 0} if the
-// whole image counts.
+// whole image counts, or as much of a row as comes before a dark pixel.
 inline ZimiSize cellOf(const catalogue::Export& e) {
-  constexpr const char* kWholeImage[] = {"zimiToneMap*",
-                                         "zimi*_Filter_*",
-                                         "zimi*420To*422_Interlace_*",
-                                         "zimiYCbCr@(1620To420|411To420|420To411)_*",
-                                         "zimi*1u_*",
-                                         "zimiRGBToCbYCr422*_8u_*"};
+  constexpr const char* kWholeImage[] = {
+      "zimiToneMap*", "zimi*_Filter_*",     "zimi*420To*422_Interlace_*", "zimiYCbCr@(1620To420|411To420|420To411)_*",
+      "zimi*1u_*",    "zimiLUVToRGB_32f_*", "zimiRGBToCbYCr422*_8u_*"};
   // Pixels of one column or row are apart from one another without steps only.
   const bool apart = e.source.steps != catalogue::Steps::none && e.destination.steps != catalogue::Steps::none;
   if (!apart || matchesAny(e, kWholeImage)) return {0, 0};
@@ -99,7 +84,6 @@ inline ZimiSize goodSize(const catalogue::Export& e, ZimiSize size) {
     return (std::max(extent, least) + multiple - 1) / multiple * multiple;
   };
   return {good(size.width, e.least.width, e.multiple.width), good(size.height, e.least.height, e.multiple.height)};
->>>>>>> main
 }
 
 // Exports that accept any step.

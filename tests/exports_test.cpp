@@ -173,16 +173,13 @@ TEST_P(EachExport, PageEnd) {
 
 // Rows that start at any byte; where whole samples are counted, steps whose low bits do not count.
 TEST_P(EachExport, UnalignedRows) {
-<<<<<<< HEAD
-  constexpr const char* kWholeSampleSteps[] = {"zimi*ToGray_@(16u|16s|32f)_*", "zimi@(RGBToLUV|LUVToRGB)_@(16u|16s)_*",
-                                               "zimiLUVToRGB_32f_*"};
-=======
   constexpr const char* kWholeSampleSteps[] = {
       "zimi*ToGray_@(16u|16s|32f)_*",
+      "zimi@(RGBToLUV|LUVToRGB)_@(16u|16s)_*",
+      "zimiLUVToRGB_32f_*",
       "zimi@(YCbCr?(420|422)|YUV420|RGB|BGR)To@(RGB|BGR)@(444|555|565)*",
       "zimi@(RGB|BGR)565To@(RGB|BGR)_*",
   };
->>>>>>> main
   constexpr const char* kOddStepsElsewhere[] = {"zimiToneMap*"};
   if (matchesAny(e, kOddStepsElsewhere)) GTEST_SKIP() << "steps have a meaning of their own";
   const bool wholeSamples = matchesAny(e, kWholeSampleSteps);
