@@ -6,6 +6,7 @@
 
 #include "frame/pixelwise.h"
 #include "models/cube_root.h"
+#include "tone/power_curve.h"
 
 using namespace zim;
 
@@ -22,7 +23,9 @@ struct Share {
   Lane<Zim32f, N> value, root;
   Lane<Zim32s, N> onCube;
 
-  ZIM_INLINE explicit Share(Lane<Zim32f, N> share) : value(share), onCube(share > Lane<Zim32f, N>(kCubeRootAbove)) {
+  template <class CubeRootOf>
+  ZIM_INLINE Share(Lane<Zim32f, N> share, const CubeRootOf& cubeRoot)
+      : value(share), onCube(share > Lane<Zim32f, N>(kCubeRootAbove)) {
     root = select(onCube, cubeRoot(value, onCube), value * 7.787F + 0.13793103F);
   }
 };
@@ -31,50 +34,86 @@ template <int N>
 struct Shares {
   Share<N> y, x, z;
 
-  ZIM_INLINE explicit Shares(const Pixels<Zim32f, N, 3>& bgr)
-      : y((bgr[0] * 0.072169F + bgr[1] * 0.71516F + bgr[2] * 0.212671F) / kWhiteY),
-        x((bgr[0] * 0.180423F + bgr[1] * 0.35758F + bgr[2] * 0.412453F) / kWhiteX),
-        z((bgr[0] * 0.950227F + bgr[1] * 0.119193F + bgr[2] * 0.019334F) / kWhiteZ) {}
+  template <class CubeRootOf>
+  ZIM_INLINE Shares(const Pixels<Zim32f, N, 3>& bgr, const CubeRootOf& cubeRoot)
+      : y((bgr[0] * 0.072169F + bgr[1] * 0.71516F + bgr[2] * 0.212671F) / kWhiteY, cubeRoot),
+        x((bgr[0] * 0.180423F + bgr[1] * 0.35758F + bgr[2] * 0.412453F) / kWhiteX, cubeRoot),
+        z((bgr[0] * 0.950227F + bgr[1] * 0.119193F + bgr[2] * 0.019334F) / kWhiteZ, cubeRoot) {}
 };
 
 // Of the low bits that are kept, 8.
+//
+// Lanes take roots that are near the right ones, and so find the results before truncation within a margin: the
+// sensitivity to the roots, which are at most 1, times their error, and 2e-4 for roundings, here and in the exact
+// steps, of numbers below 512. Pixels for which truncation within the margin is not unique are redone with the right
+// roots.
 struct ToLab8u {
   using Sample = Zim32f;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& bgr) const {
-    const auto [y, x, z] = Shares<N>(bgr);
+    const auto cubeRoot = [](Lane<Zim32f, N> x, [[maybe_unused]] Lane<Zim32s, N> wanted) ZIM_LAMBDA {
+      if constexpr (N == 1) {
+        return Lane<Zim32f, 1>(wanted.v != 0 ? std::cbrt(x.v) : x.v);
+      } else {
+        return nearCubeRoot(x);
+      }
+    };
+    const Shares<N> share(bgr, cubeRoot);
+    const auto& [y, x, z] = share;
     const auto l = select(y.onCube, y.root * 116.0F - 16.0F, y.value * 903.3F);
-    const auto stored = [](Lane<Zim32f, N> value) ZIM_LAMBDA { return truncate(value) & 255; };
-    return {stored(l * 255.0F / 100.0F + 0.5F), stored((x.root - y.root) * 500.0F + 128.5F),
-            stored((y.root - z.root) * 200.0F + 128.5F)};
+    const Pixels<Zim32f, N, 3> lab = {l * 255.0F / 100.0F + 0.5F, (x.root - y.root) * 500.0F + 128.5F,
+                                      (y.root - z.root) * 200.0F + 128.5F};
+    if constexpr (N == 1) {
+      return perChannel<3>([&](auto c) { return truncate(lab[c]) & 255; });
+    } else {
+      constexpr Zim32f sensitivity[3] = {116.0F * 2.55F, 2 * 500.0F, 2 * 200.0F};
+      const auto end = [&](Zim32f sign) ZIM_LAMBDA {
+        return perChannel<3>(
+            [&](auto c) ZIM_LAMBDA { return truncate(lab[c] + sign * (sensitivity[c] * kNearCubeRootError + 2e-4F)); });
+      };
+      const auto low = end(-1), high = end(1);
+      const auto inDoubt = (low[0] != high[0]) | (low[1] != high[1]) | (low[2] != high[2]);
+      const auto stored = perChannel<3>([&](auto c) ZIM_LAMBDA { return low[c] & 255; });
+      return any(inDoubt) ? pixelsOneByOne(*this, stored, inDoubt, bgr) : stored;
+    }
   }
 };
 
 // Of the low bits that are kept, 16. Lightness comes from a power in double whose exponent is a third in single
-// precision.
+// precision: near 1/3, but not that. Lanes compute it at both ends of a bound, as the gamma curves do.
+constexpr PowerCurve<-7, 8> kThirdPower({double{0.33333334F}, 0.0, 1.0}, 2.1e-11);
+
 struct ToLab16u {
   using Sample = Zim32f;
+  CubeRoot cubeRoot;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& bgr) const {
-    const auto [y, x, z] = Shares<N>(bgr);
-    const auto l = select(y.onCube, cubeLightness(y.value), y.value * 903.3F);
+    const Shares<N> share(bgr, cubeRoot);
+    const auto& [y, x, z] = share;
+    Lane<Zim32s, N> inDoubt = 0;
+    const auto l = select(y.onCube, lightness(y, inDoubt), y.value * 903.3F);
     const auto stored = [](Lane<Zim32f, N> value) ZIM_LAMBDA { return truncate(value) & 0xFFFF; };
-    return {stored(l * 65535.0F / 100.0F), stored(((x.root - y.root) * 500.0F + 128.0F) * 255.0F),
-            stored(((y.root - z.root) * 200.0F + 128.0F) * 255.0F)};
+    const Pixels<Zim32s, N, 3> lab = {stored(l * 65535.0F / 100.0F),
+                                      stored(((x.root - y.root) * 500.0F + 128.0F) * 255.0F),
+                                      stored(((y.root - z.root) * 200.0F + 128.0F) * 255.0F)};
+    return any(inDoubt) ? pixelsOneByOne(*this, lab, inDoubt, bgr) : lab;
   }
 
  private:
+  // Above the threshold. Single lanes are never in doubt.
   template <int N>
-  ZIM_INLINE static Lane<Zim32f, N> cubeLightness(Lane<Zim32f, N> y) {
+  ZIM_INLINE static Lane<Zim32f, N> lightness(const Share<N>& y, [[maybe_unused]] Lane<Zim32s, N>& inDoubt) {
+    const auto fromPower = [](auto power) ZIM_LAMBDA { return narrow<Zim32f>(power * 116.0 - 16.0); };
+    const auto wide = widen(y.value);
     if constexpr (N == 1) {
-      return Lane<Zim32f, N>(
-          static_cast<Zim32f>(std::pow(static_cast<double>(y.v), double{0.33333334F}) * 116.0 - 16.0));
+      return fromPower(Lane<Zim64f, 1>(std::pow(wide.v, kThirdPower.function.exponent)));
     } else {
-      auto values = asArray(y);
-      for (Zim32f& value : values) value = cubeLightness(Lane<Zim32f, 1>(value)).v;
-      return load<Zim32f, N, 1>(reinterpret_cast<const std::byte*>(values.data()))[0];
+      const auto power = approximatePower(kThirdPower, larger(wide, Lane<Zim64f, N>(kThirdPower.first)));
+      const auto low = fromPower(power * (1.0 - kThirdPower.relativeBound));
+      inDoubt = bitsAs<Zim32s>(low != fromPower(power * (1.0 + kThirdPower.relativeBound))) & y.onCube;
+      return low;
     }
   }
 };
@@ -130,6 +169,6 @@ using Bytes = Rules<N_S, Offsets::bytes, AlwaysParallel>;
 // clang-format off
 //            export                   rules  source      destination further  kernel
 ZIM_PIXELWISE(zimiBGRToLab_8u_C3R,     Bytes, C3<Zim8u>,  C3<Zim8u>,  (),      ToLab8u{})
-ZIM_PIXELWISE(zimiBGRToLab_8u16u_C3R,  Bytes, C3<Zim8u>,  C3<Zim16u>, (),      ToLab16u{})
+ZIM_PIXELWISE(zimiBGRToLab_8u16u_C3R,  Bytes, C3<Zim8u>,  C3<Zim16u>, (),      ToLab16u{CubeRoot(roiSize)})
 ZIM_PIXELWISE(zimiLabToBGR_8u_C3R,     Bytes, C3<Zim8u>,  C3<Zim8u>,  (),      FromLab8u{})
 ZIM_PIXELWISE(zimiLabToBGR_16u8u_C3R,  Bytes, C3<Zim16u>, C3<Zim8u>,  (),      FromLab16u{})

@@ -63,9 +63,9 @@ struct ToLuv8u {
   }
 };
 
-// Lightness 0 to 100 of a luminance that is given on the scale of its sample and relative to white.
+// Lightness 0 to 100: the linear one up to the threshold, from the cube root above it.
 template <int N>
-ZIM_INLINE Lane<Zim32f, N> lightness(Lane<Zim32f, N> linear, Lane<Zim32f, N> relative) {
+ZIM_INLINE Lane<Zim32f, N> lightness(Lane<Zim32f, N> linear, Lane<Zim32f, N> relative, const CubeRoot& cubeRoot) {
   const auto isLinear = Lane<Zim32f, N>(kCubeRootFrom) >= relative;
   return select(isLinear, linear, cubeRoot(relative, ~isLinear) * 116.0F - 16.0F);
 }
@@ -74,12 +74,13 @@ ZIM_INLINE Lane<Zim32f, N> lightness(Lane<Zim32f, N> linear, Lane<Zim32f, N> rel
 template <Zim32s offset>
 struct ToLuv16 {
   using Sample = Zim32s;
+  CubeRoot cubeRoot;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32s, N, 3>& samples) const {
     const auto rgb = perChannel<3>([&](auto c) ZIM_LAMBDA { return toFloat(samples[c] + offset); });
     const auto x = xOf(rgb), y = yOf(rgb);
-    const auto l = lightness(y * 903.3F / 65535.0F, y / 65535.0F);
+    const auto l = lightness(y * 903.3F / 65535.0F, y / 65535.0F, cubeRoot);
     const Chroma<N> chroma(bitsAs<Zim32s>(y == Lane<Zim32f, N>(0.0F)), x, y, zOf(rgb));
     const auto l13 = l * 13.0F;
     return {stored(l * 65535.0F / 100.0F + 0.5F), stored((chroma.u * l13 + 134.0F) * 65535.0F / 354.0F + 0.5F),
@@ -97,11 +98,12 @@ struct ToLuv16 {
 // Neither moved nor clamped.
 struct ToLuv32f {
   using Sample = Zim32f;
+  CubeRoot cubeRoot;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32f, N, 3> operator()(const Pixels<Zim32f, N, 3>& rgb) const {
     const auto x = xOf(rgb), y = yOf(rgb);
-    const auto l = lightness(y * 903.3F, y);
+    const auto l = lightness(y * 903.3F, y, cubeRoot);
     const Chroma<N> chroma(bitsAs<Zim32s>(y == Lane<Zim32f, N>(0.0F)), x, y, zOf(rgb));
     const auto l13 = l * 13.0F;
     return {l, chroma.u * l13, l13 * chroma.v};
@@ -241,12 +243,12 @@ using Elements = Rules<N_S, Offsets::elements32, RowParallel>;
 //            export                   rules     source      destination  further  kernel
 ZIM_PIXELWISE(zimiRGBToLUV_8u_C3R,     Bytes,    C3<Zim8u>,   C3<Zim8u>,   (),  ToLuv8u{})
 ZIM_PIXELWISE(zimiRGBToLUV_8u_AC4R,    Bytes,    AC4<Zim8u>,  AC4<Zim8u>,  (),  ToLuv8u{})
-ZIM_PIXELWISE(zimiRGBToLUV_16u_C3R,    Elements, C3<Zim16u>,  C3<Zim16u>,  (),  ToLuv16<0>{})
-ZIM_PIXELWISE(zimiRGBToLUV_16u_AC4R,   Elements, AC4<Zim16u>, AC4<Zim16u>, (),  ToLuv16<0>{})
-ZIM_PIXELWISE(zimiRGBToLUV_16s_C3R,    Elements, C3<Zim16s>,  C3<Zim16s>,  (),  ToLuv16<32768>{})
-ZIM_PIXELWISE(zimiRGBToLUV_16s_AC4R,   Elements, AC4<Zim16s>, AC4<Zim16s>, (),  ToLuv16<32768>{})
-ZIM_PIXELWISE(zimiRGBToLUV_32f_C3R,    Bytes,    C3<Zim32f>,  C3<Zim32f>,  (),  ToLuv32f{})
-ZIM_PIXELWISE(zimiRGBToLUV_32f_AC4R,   Bytes,    AC4<Zim32f>, AC4<Zim32f>, (),  ToLuv32f{})
+ZIM_PIXELWISE(zimiRGBToLUV_16u_C3R,    Elements, C3<Zim16u>,  C3<Zim16u>,  (),  ToLuv16<0>{CubeRoot(roiSize)})
+ZIM_PIXELWISE(zimiRGBToLUV_16u_AC4R,   Elements, AC4<Zim16u>, AC4<Zim16u>, (),  ToLuv16<0>{CubeRoot(roiSize)})
+ZIM_PIXELWISE(zimiRGBToLUV_16s_C3R,    Elements, C3<Zim16s>,  C3<Zim16s>,  (),  ToLuv16<32768>{CubeRoot(roiSize)})
+ZIM_PIXELWISE(zimiRGBToLUV_16s_AC4R,   Elements, AC4<Zim16s>, AC4<Zim16s>, (),  ToLuv16<32768>{CubeRoot(roiSize)})
+ZIM_PIXELWISE(zimiRGBToLUV_32f_C3R,    Bytes,    C3<Zim32f>,  C3<Zim32f>,  (),  ToLuv32f{CubeRoot(roiSize)})
+ZIM_PIXELWISE(zimiRGBToLUV_32f_AC4R,   Bytes,    AC4<Zim32f>, AC4<Zim32f>, (),  ToLuv32f{CubeRoot(roiSize)})
 
 ZIM_PIXELWISE(zimiLUVToRGB_8u_C3R,     Bytes,    C3<Zim8u>,   C3<Zim8u>,   (),  FromLuv8u16s<255, 0>{})
 ZIM_PIXELWISE(zimiLUVToRGB_8u_AC4R,    Bytes,    AC4<Zim8u>,  AC4<Zim8u>,  (),  FromLuv8u16s<255, 0>{})
