@@ -53,6 +53,8 @@ set(ZIMCC_SOURCES
   lumachroma/full_resolution.cpp
   lumachroma/ycocg.cpp
   models/gray.cpp
+  models/lab.cpp
+  models/luv.cpp
   tone/color_twist.cpp
   tone/gamma.cpp
   tone/tone_mapping.cpp)

@@ -220,6 +220,17 @@ ZIM_INLINE ZimiSize asOneRow(const Conversion<Source, Destination>& call) {
   return joined ? ZimiSize{width * height, 1} : call.roiSize;
 }
 
+// How many pixels of a row are converted: all, unless the kernel says otherwise.
+template <class Source, class Kernel>
+ZIM_INLINE std::ptrdiff_t reachOf(const Kernel& kernel, Position<const std::byte, Source::planes> row,
+                                  std::ptrdiff_t width) {
+  if constexpr (requires { kernel.template reach<Source>(row, width); }) {
+    return kernel.template reach<Source>(row, width);
+  } else {
+    return width;
+  }
+}
+
 // A whole conversion: the tests, then the kernel over all rows. The kernel is made once the tests have passed.
 template <class Rules, class Source, class Destination, class MakeKernel>
 ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, const MakeKernel& makeKernel) {
@@ -238,9 +249,9 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
       const auto from = source.at(inBands ? std::ptrdiff_t{first} * call.srcStep : 0);
       const auto to = destination.at(inBands ? std::ptrdiff_t{first} * call.dstStep : 0);
       for (Zim32s row = inBands ? 0 : first, end = row + count; row < end; ++row) {
-        convertRow<Source, Destination>(
-            from.at(rowOffset<Rules::offsets, typename Source::Sample>(row, call.srcStep)),
-            to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep)), size.width, local);
+        const auto fromRow = from.at(rowOffset<Rules::offsets, typename Source::Sample>(row, call.srcStep));
+        const auto toRow = to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep));
+        convertRow<Source, Destination>(fromRow, toRow, reachOf<Source>(local, fromRow, size.width), local);
       }
     });
   });

@@ -138,6 +138,64 @@ ZimResult zimiColorToGray_64f_AC4C1R(const Zim64f* pSrc, Zim32s srcStep, Zim64f*
                                      const Zim64f coeffs[3]);
 /** @} */
 
+/* ---- CIE LUV and Lab ------------------------------------------------------------------------------------------------
+ */
+
+/** \name Linear RGB to CIE 1976 L*u*v*
+ *
+ * For the primaries of BT.709 and white D65; no transfer curve is applied. L, U and V are samples 0, 1 and 2. As
+ * integers the ranges 0..100, -134..220 and -140..122 fill that of the sample (16s: from -32768 on), and results keep
+ * their low bits; 32f stores L, U and V as they are, of RGB that is nominally 0..1. L of 8u comes from a table, by
+ * luminance in quarters below 31.5 and in whole steps above; the other types call cbrtf. Black has U = V = 0. In a team
+ * of threads from 4097 pixels on. Any size from 1 x 1. The low bit of a step is dropped for 16-bit samples, but no bits
+ * for 32f. AC4R leaves the destination's fourth sample as it was.
+ * @{ */
+ZimResult zimiRGBToLUV_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToLUV_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToLUV_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToLUV_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToLUV_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToLUV_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToLUV_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToLUV_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name CIE 1976 L*u*v* to linear RGB
+ *
+ * The inverse, clamped to the range of the sample or, of 32f, to 0..1. L below 9e-5 gives black whatever U and V are;
+ * in a row of 32f such a pixel is the last one converted: the destination beyond it stays as it was. Low bits of a step
+ * that is no multiple of the sample size are dropped. Otherwise as zimiRGBToLUV_*.
+ * @{ */
+ZimResult zimiLUVToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiLUVToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiLUVToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiLUVToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiLUVToRGB_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiLUVToRGB_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiLUVToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiLUVToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name Linear BGR to CIE 1976 L*a*b*
+ *
+ * For the primaries of BT.709 and white D65. L, a and b are samples 0, 1 and 2: L of 0..100 fills the range of the
+ * sample, a and b are moved up by 128 and, in 16 bits, scaled by 255. 8u results are rounded, 16u results truncated;
+ * both keep their low bits. Roots come from cbrtf, lightness of 16u from pow. Always in a team of threads. Any size
+ * from 1 x 1; steps are exact bytes.
+ * @{ */
+ZimResult zimiBGRToLab_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiBGRToLab_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name CIE 1976 L*a*b* to linear BGR
+ *
+ * The inverse by cubes alone, without the linear part near black: (0, 128, 128) gives 1, 1, 1. Results of 8u are
+ * rounded, those of 16u8u truncated; both are clamped. Otherwise as zimiBGRToLab_*.
+ * @{ */
+ZimResult zimiLabToBGR_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiLabToBGR_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
 /* ---- YCbCr and YUV at full resolution -----------------------------------------------------------------------------
  */
 

@@ -21,7 +21,7 @@ struct Order {
 
 // The first row that matches counts.
 constexpr Order kOrders[] = {
-    {"zimi*ToGray_*", "NS"},
+    {"zimi@(*ToGray|RGBToLUV|LUVToRGB|BGRToLab|LabToBGR)_*", "NS"},
     {"zimiRGBToYCbCr_8u_@(C3P3R|AC4P3R)", "NQS"},
     {"zimiYCbCrToBGR_*", "NQS"},
     {"zimi@(RGBToY@(CbCr|UV)|Y@(CbCr|UV)ToRGB)_8u_@(C3R|AC4R|C3C4R)", "NS"},

@@ -42,7 +42,7 @@ inline std::string nameOf(const testing::TestParamInfo<catalogue::Export>& info)
 
 // The pixels that are converted together and by themselves: what comes of such a cell follows from the source at its
 // place and from nothing else. An incomplete cell at the right or bottom end goes with the one before it. {0, 0} if the
-// whole image counts.
+// whole image counts, or as much of a row as comes before a dark pixel.
 inline ZimiSize cellOf(const catalogue::Export& e) {
   constexpr const char* kWholeImage[] = {"zimiToneMap*",
                                          "zimi*_Filter_*",
@@ -50,7 +50,8 @@ inline ZimiSize cellOf(const catalogue::Export& e) {
                                          "zimiYCbCr@(1620To420|411To420|420To411)_*",
                                          "zimi*1u_*",
                                          "zimiRGBToCbYCr422*_8u_*",
-                                         "zimi@(CFAToRGB|DemosaicAHD)_*"};
+                                         "zimi@(CFAToRGB|DemosaicAHD)_*",
+                                         "zimiLUVToRGB_32f_*"};
   // Pixels of one column or row are apart from one another without steps only.
   const bool apart = e.source.steps != catalogue::Steps::none && e.destination.steps != catalogue::Steps::none;
   if (!apart || matchesAny(e, kWholeImage)) return {0, 0};

@@ -183,6 +183,8 @@ TEST_P(EachExport, PageEnd) {
 TEST_P(EachExport, UnalignedRows) {
   constexpr const char* kWholeSampleSteps[] = {
       "zimi*ToGray_@(16u|16s|32f)_*",
+      "zimi@(RGBToLUV|LUVToRGB)_@(16u|16s)_*",
+      "zimiLUVToRGB_32f_*",
       "zimi@(YCbCr?(420|422)|YUV420|RGB|BGR)To@(RGB|BGR)@(444|555|565)*",
       "zimi@(RGB|BGR)565To@(RGB|BGR)_*",
       "zimiCFAToRGB_16u_*",
@@ -191,14 +193,17 @@ TEST_P(EachExport, UnalignedRows) {
   if (matchesAny(e, kOddStepsElsewhere)) GTEST_SKIP() << "steps have a meaning of their own";
   const bool wholeSamples = matchesAny(e, kWholeSampleSteps);
   const auto sourceSample = bits(e.source.type) / 8, destinationSample = std::max(bits(e.destination.type) / 8, 1);
-  expectAsReferences(std::array{1, 2, 5, 16, 17, 33, 64, 67}, std::array{4}, [&](int i) {
+  const auto accessOf = [&](int i) {
     const int sourceOdd = 1 + i % 7, destinationOdd = 1 + i % 5;
     if (!wholeSamples) return Access{.source = {.padding = sourceOdd}, .destination = {.padding = destinationOdd}};
     return Access{.source = {.padding = sourceOdd / sourceSample * sourceSample},
                   .destination = {.padding = destinationOdd / destinationSample * destinationSample},
                   .surplusOfSourceStep = sourceOdd % sourceSample,
                   .surplusOfDestinationStep = destinationOdd % destinationSample};
-  });
+  };
+  expectAsReferences(std::array{1, 2, 5, 16, 17, 33, 64, 67}, std::array{4}, accessOf);
+  // As many pixels as threads share.
+  expectAsReferences(std::array{67}, std::array{64}, accessOf);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, EachExport, testing::ValuesIn(exports()), nameOf);

@@ -36,6 +36,7 @@ struct Entry {
 };
 
 constexpr const char* kGray = "Gray";
+constexpr const char* kLuvLab = "LUV and Lab";
 constexpr const char* kLumaChroma = "Luma and chroma";
 constexpr const char* kYCoCg = "YCoCg";
 constexpr const char* kTwist = "Colour twist";
@@ -51,6 +52,14 @@ constexpr Entry kEntries[] = {
     {kGray, "zimiRGBToGray_16u_C3C1R", "Luma at 16 bits a sample"},
     {kGray, "zimiColorToGray_32f_C3C1R", "Green lifted, in floating point", "coeffs=-0.3,1.6,-0.3"},
     {kGray, "zimiColorToGray_64f_C3C1R", "Sky against foliage: blue less red", "coeffs=-1,0.6,1.2"},
+
+    {kLuvLab, "zimiRGBToLUV_8u_C3R", "L, U and V: lightness, green to red, blue to yellow"},
+    {kLuvLab, "zimiRGBToLUV_32f_C3R", "The same in floating point, in units of L, U and V"},
+    {kLuvLab, "zimiLUVToRGB_32f_C3R", "There and back in floating point: each row as far as its first black pixel"},
+    {kLuvLab, "zimiLUVToRGB_8u_C3R", "There and back in bytes"},
+    {kLuvLab, "zimiBGRToLab_8u_C3R", "L, a and b: lightness, green to red, blue to yellow"},
+    {kLuvLab, "zimiBGRToLab_8u16u_C3R", "The same at 16 bits"},
+    {kLuvLab, "zimiLabToBGR_8u_C3R", "Lab, there and back"},
 
     {kLumaChroma, "zimiRGBToYCbCr_8u_C3P3R", "Y, Cb and Cr: brightness, then what is blue, then what is red"},
     {kLumaChroma, "zimiRGBToYUV_8u_P3R", "Y, U and V with analogue weights"},

@@ -69,12 +69,16 @@ void setSample(std::byte* row, SampleType type, int i, double value) {
 
 using Channels = std::vector<Picture>;
 
-// A model wider than the colours it comes from holds differences of them in all channels but the first.
+// L, U and V as floats are in their own units. A model wider than the colours it comes from holds differences of them in all channels but the first.
 Range rangeOfChannel(const Side& side, const Side& source, int channel) {
   if (side.colourWord.starts_with('Y') && bits(side.type) > bits(source.type)) {
     const Range colours = rangeOf(source.type);
     const double reach = colours.white - colours.black;
     return channel == 0 ? colours : Range{-reach, reach};
+  }
+  if (side.colourWord == "LUV" && side.type == SampleType::f32) {
+    constexpr Range kRanges[] = {{0, 100}, {-134, 220}, {-140, 122}};
+    return kRanges[std::min(channel, 2)];
   }
   return rangeOf(side.type);
 }

@@ -20,6 +20,8 @@ struct Family {
 
 constexpr Family kFamilies[] = {
     {"zimi*ToGray_*", "gray"},
+    {"zimi@(RGBToLUV|LUVToRGB)_*", "LUV"},
+    {"zimi@(BGRToLab|LabToBGR)_*", "Lab"},
     {"zimi@(RGBToY@(CbCr|UV)|Y@(CbCr|UV)To@(RGB|BGR))_*", "full-resolution luma-chroma"},
     {"zimi*YCoCg*", "ycocg"},
     {"zimiColorTwist*", "colour twist"},
