@@ -51,6 +51,9 @@ set(ZIMCC_SOURCES
   lumachroma/full_resolution.cpp
   lumachroma/ycocg.cpp
   models/gray.cpp
+  models/hsv.cpp
+  models/xyz.cpp
+  models/ycc.cpp
   tone/color_twist.cpp
   tone/gamma.cpp
   tone/tone_mapping.cpp)

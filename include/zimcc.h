@@ -124,6 +124,103 @@ ZimResult zimiColorToGray_64f_AC4C1R(const Zim64f* pSrc, Zim32s srcStep, Zim64f*
                                      const Zim64f coeffs[3]);
 /** @} */
 
+/* ---- CIE XYZ --------------------------------------------------------------------------------------------------------
+ */
+
+/** \name RGB to XYZ, BT.709 primaries and white D65
+ *
+ * RGB is taken as linear. 8u truncates; 16u and 16s round; 32f does neither. Z is limited to the range of its type
+ * (0..1 in 32f), since white has 1.09 of it; X and Y need no limit, and in 32f have none. 16s samples count from
+ * -32768. AC4R leaves the destination's fourth sample as it was. For 16-bit and float samples the low bits of a step
+ * that is no multiple of the sample size are dropped. Any size from 1 x 1; a team of threads from 4097 pixels on.
+ * @{ */
+ZimResult zimiRGBToXYZ_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name XYZ to RGB, the inverse
+ *
+ * 8u rounds down; 16u and 16s round; all results are limited to the range of their type (0..1 in 32f). Otherwise as
+ * zimiRGBToXYZ_*.
+ * @{ */
+ZimResult zimiXYZToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/* ---- PhotoYCC -------------------------------------------------------------------------------------------------------
+ */
+
+/** \name RGB to PhotoYCC
+ *
+ * Luma times 0.713, and the scaled differences C1 of blue and C2 of red, around 156 and 137 in 8u, 156 * 257 and 137 *
+ * 257 in 16u and in 16s (counted from -32768), 0.612 and 0.537 in 32f. 8u rounds down, 16u and 16s round. Nothing is
+ * clamped, and integer results need not be. AC4R leaves the destination's fourth sample as it was. For 16-bit and
+ * float samples the low bits of a step that is no multiple of the sample size are dropped. Any size from 1 x 1; a team
+ * of threads from 4097 pixels on.
+ * @{ */
+ZimResult zimiRGBToYCC_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name PhotoYCC to RGB
+ *
+ * 8u rounds down; 16u and 16s round; all results are limited to the range of their type (0..1 in 32f). Otherwise as
+ * zimiRGBToYCC_*.
+ * @{ */
+ZimResult zimiYCCToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/* ---- HSV ------------------------------------------------------------------------------------------------------------
+ */
+
+/** \name RGB to hue, saturation, value
+ *
+ * A full turn of hue and full saturation are 255 in 8u and 65535 in 16u, both rounded; value is the largest of the
+ * three samples. Gray has hue and saturation 0. The depths differ in their rounding. AC4R leaves the destination's
+ * fourth sample as it was. In 16u an odd step loses its low bit. Any size from 1 x 1; a team of threads from 4097
+ * pixels on.
+ * @{ */
+ZimResult zimiRGBToHSV_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHSV_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHSV_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHSV_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name Hue, saturation, value to RGB
+ *
+ * Rounded. The largest hue is a full turn, the same as 0. Otherwise as zimiRGBToHSV_*.
+ * @{ */
+ZimResult zimiHSVToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHSVToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHSVToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHSVToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
 /* ---- YCbCr and YUV at full resolution -----------------------------------------------------------------------------
  */
 

@@ -53,7 +53,7 @@ inline bool isPixelwise(const catalogue::Export& e) {
 
 // Exports that accept any step.
 inline bool takesAnyStep(const catalogue::Export& e) {
-  constexpr const char* kTestSteps[] = {"zimiColorTwist*", "zimiGamma*"};
+  constexpr const char* kTestSteps[] = {"zimiColorTwist*", "zimiGamma*", "zimi@(BGRToHLS|HLSToBGR)_*"};
   return !matchesAny(e, kTestSteps) && e.source.steps != catalogue::Steps::none &&
          e.destination.steps != catalogue::Steps::none;
 }

@@ -22,6 +22,11 @@ struct Family {
 constexpr Family kFamilies[] = {
     {"zimi*ToGray_*", "gray", {1, 1}},
     {"zimi@(RGBToY@(CbCr|UV)|Y@(CbCr|UV)To@(RGB|BGR))_*", "full-resolution luma-chroma", {1, 1}},
+    {"zimi@(RGBToXYZ|XYZToRGB)_*", "xyz", {1, 1}},
+    {"zimi@(RGBToYCC|YCCToRGB)_*", "photo ycc", {1, 1}},
+    {"zimi@(RGB|BGR)ToHLS_*", "hls", {1, 1}},
+    {"zimiHLSTo@(RGB|BGR)_*", "hls", {1, 1}},
+    {"zimi@(RGBToHSV|HSVToRGB)_*", "hsv", {1, 1}},
     {"zimi*YCoCg*", "ycocg", {0, 0}},
     {"zimiColorTwist*", "colour twist", {1, 1}},
     {"zimiGamma@(Fwd|Inv)_*", "gamma", {1, 1}},
