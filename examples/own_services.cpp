@@ -37,17 +37,18 @@ int ownGetNumThreads(void) {
 
 int main() {
   constexpr ZimiSize size = {640, 480};
-  constexpr int pixels = size.width * size.height;
+  constexpr auto pixels = std::size_t{size.width} * std::size_t{size.height};
+  constexpr Zim32s samples = 3 * size.width;
 
   // From this size on, a curve of 16-bit samples fills a table first: scratch memory for the time of the call.
   std::vector<Zim16u> curved(3 * pixels, 0x8000);
-  const ZimResult gamma = zimiGammaFwd_16u_C3IR(curved.data(), 3 * size.width * sizeof(Zim16u), size);
+  const ZimResult gamma = zimiGammaFwd_16u_C3IR(curved.data(), samples * Zim32s{sizeof(Zim16u)}, size);
 
   // Gray of doubles runs on a team of threads.
   const std::vector<Zim64f> rgb(3 * pixels, 0.5);
   std::vector<Zim64f> gray(pixels);
-  const ZimResult luma = zimiColorToGray_64f_C3C1R(rgb.data(), 3 * size.width * sizeof(Zim64f), gray.data(),
-                                                   size.width * sizeof(Zim64f), size, nullptr);
+  const ZimResult luma = zimiColorToGray_64f_C3C1R(rgb.data(), samples * Zim32s{sizeof(Zim64f)}, gray.data(),
+                                                   size.width * Zim32s{sizeof(Zim64f)}, size, nullptr);
 
   std::printf("%d allocation(s), %d release(s), %d question(s) for the team size\n", allocations.load(),
               releases.load(), teamsAsked.load());

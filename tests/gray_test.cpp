@@ -7,64 +7,60 @@
 #include <limits>
 #include <memory>
 #include <random>
-#include <type_traits>
 #include <vector>
 
-#include "zimcc.h"
+#include "tools/catalogue/caller.h"
 
 namespace {
 
-template <class T>
-using WeightOf = std::conditional_t<std::is_same_v<T, Zim64f>, Zim64f, Zim32f>;
+using namespace zim::catalogue;
 
-template <class T>
-using Weights = std::array<WeightOf<T>, 3>;
-
-// zimiColorToGray_* of a sample type with pixels of three samples or four.
-template <class T, int stride>
-constexpr auto colorToGray() {
-  constexpr bool c3 = stride == 3;
-  if constexpr (std::is_same_v<T, Zim8u>) return c3 ? zimiColorToGray_8u_C3C1R : zimiColorToGray_8u_AC4C1R;
-  if constexpr (std::is_same_v<T, Zim16u>) return c3 ? zimiColorToGray_16u_C3C1R : zimiColorToGray_16u_AC4C1R;
-  if constexpr (std::is_same_v<T, Zim16s>) return c3 ? zimiColorToGray_16s_C3C1R : zimiColorToGray_16s_AC4C1R;
-  if constexpr (std::is_same_v<T, Zim32f>) return c3 ? zimiColorToGray_32f_C3C1R : zimiColorToGray_32f_AC4C1R;
-  if constexpr (std::is_same_v<T, Zim64f>) return c3 ? zimiColorToGray_64f_C3C1R : zimiColorToGray_64f_AC4C1R;
-}
-
-// The same for zimiRGBToGray_*; 64f has none, and null weights in its place.
-template <class T, int stride>
-constexpr auto rgbToGray() {
-  constexpr bool c3 = stride == 3;
-  if constexpr (std::is_same_v<T, Zim8u>) return c3 ? zimiRGBToGray_8u_C3C1R : zimiRGBToGray_8u_AC4C1R;
-  if constexpr (std::is_same_v<T, Zim16u>) return c3 ? zimiRGBToGray_16u_C3C1R : zimiRGBToGray_16u_AC4C1R;
-  if constexpr (std::is_same_v<T, Zim16s>) return c3 ? zimiRGBToGray_16s_C3C1R : zimiRGBToGray_16s_AC4C1R;
-  if constexpr (std::is_same_v<T, Zim32f>) return c3 ? zimiRGBToGray_32f_C3C1R : zimiRGBToGray_32f_AC4C1R;
-  if constexpr (std::is_same_v<T, Zim64f>) {
-    return [](const T* pSrc, Zim32s srcStep, T* pDst, Zim32s dstStep, ZimiSize size) {
-      return colorToGray<T, stride>()(pSrc, srcStep, pDst, dstStep, size, nullptr);
-    };
-  }
-}
+using Weights = std::vector<double>;
 
 template <class T>
 struct Pixel {
   T a, b, c;
 };
 
-// One row of pixels, as wide as they are many.
-template <class T, int stride>
-std::vector<T> grayOf(const std::vector<Pixel<T>>& pixels, const Weights<T>* weights) {
+// "8u" for bytes, and so on.
+template <class T>
+std::string typeName() {
+  using Limits = std::numeric_limits<T>;
+  return std::to_string(8 * sizeof(T)) + (!Limits::is_integer ? "f" : Limits::is_signed ? "s" : "u");
+}
+
+// One row of pixels, as wide as they are many, from three samples a pixel or four. Without weights by the form that
+// takes none, or, where there is none, and where asked for, by null in their place.
+template <class T, std::size_t stride>
+std::vector<T> grayOf(const std::vector<Pixel<T>>& pixels, const Weights& weights, bool null = sizeof(T) == 8) {
   std::vector<T> source, gray(pixels.size());
   for (const auto& [a, b, c] : pixels) {
     source.insert(source.end(), {a, b, c});
     if constexpr (stride == 4) source.push_back(T(77));
   }
-  const ZimiSize size = {static_cast<Zim32s>(pixels.size()), 1};
-  const ZimResult result = weights == nullptr
-                               ? rgbToGray<T, stride>()(source.data(), 0, gray.data(), 0, size)
-                               : colorToGray<T, stride>()(source.data(), 0, gray.data(), 0, size, weights->data());
-  EXPECT_EQ(result, zimResultOk);
+  const std::string operation = weights.empty() && !null ? "zimiRGBToGray_" : "zimiColorToGray_";
+  const Export& e = *find(operation + typeName<T>() + (stride == 3 ? "_C3C1R" : "_AC4C1R"));
+  Operands operands(e, {static_cast<Zim32s>(pixels.size()), 1});
+  operands.source.planes[0] = source.data();
+  operands.destination.planes[0] = gray.data();
+  if (!weights.empty()) {
+    operands.value("coeffs").set(weights);
+  } else if (null) {
+    operands.value("coeffs").setNull();
+  }
+  EXPECT_EQ(Caller(e)(operands), zimResultOk);
   return gray;
+}
+
+template <class T>
+std::vector<Pixel<T>> randomPixels(int count) {
+  std::mt19937 random(2);
+  std::vector<Pixel<T>> pixels;
+  while (count-- > 0) {
+    const auto draw = [&] { return static_cast<T>(random()); };
+    pixels.push_back({draw(), draw(), draw()});
+  }
+  return pixels;
 }
 
 // ---- Known values ------------------------------------------------------------------------------------------------
@@ -77,7 +73,7 @@ struct Known {
 
 // Each pixel many times over, so that blocks of pixels and the rest of a row give it alike.
 template <class T>
-void expectKnown(const std::vector<Known<T>>& known, const Weights<T>* weights = nullptr) {
+void expectKnown(const std::vector<Known<T>>& known, const Weights& weights = {}) {
   for (const auto& [pixel, gray] : known) {
     for (const std::size_t width : {1U, 40U}) {
       const std::vector pixels(width, pixel);
@@ -86,11 +82,6 @@ void expectKnown(const std::vector<Known<T>>& known, const Weights<T>* weights =
       EXPECT_EQ((grayOf<T, 4>(pixels, weights)), expected) << +pixel.a << ' ' << +pixel.b << ' ' << +pixel.c;
     }
   }
-}
-
-template <class T>
-void expectKnown(const std::vector<Known<T>>& known, const Weights<T>& weights) {
-  expectKnown(known, &weights);
 }
 
 TEST(Gray, FixedWeights) {
@@ -120,30 +111,22 @@ TEST(Gray, FixedWeights) {
 }
 
 TEST(Gray, SumsBeyondTheRangeKeepTheirLowBits) {
-  expectKnown<Zim8u>({{{255, 255, 0}, 254}, {{128, 128, 9}, 0}, {{100, 100, 0}, 200}}, Weights<Zim8u>{1, 1, 0});
-  expectKnown<Zim8u>({{{1, 0, 0}, 255}, {{0, 2, 0}, 255}}, Weights<Zim8u>{-1, -0.5F, 0});
-  expectKnown<Zim16u>({{{65535, 65535, 0}, 65534}}, Weights<Zim16u>{1, 1, 0});
-  expectKnown<Zim16u>({{{3, 0, 0}, 65534}, {{1, 0, 0}, 0}}, Weights<Zim16u>{-1, 0, 0});  // -2.5 and -0.5, truncated
-  expectKnown<Zim16s>({{{0, 0, 0}, -32768}, {{32767, 32767, 0}, -1}}, Weights<Zim16s>{0.5F, 0.5F, -1});
-  expectKnown<Zim16s>({{{32767, 32767, 0}, 32766}, {{0, 0, 0}, -32768}}, Weights<Zim16s>{1, 1, 0});
+  expectKnown<Zim8u>({{{255, 255, 0}, 254}, {{128, 128, 9}, 0}, {{100, 100, 0}, 200}}, Weights{1, 1, 0});
+  expectKnown<Zim8u>({{{1, 0, 0}, 255}, {{0, 2, 0}, 255}}, Weights{-1, -0.5F, 0});
+  expectKnown<Zim16u>({{{65535, 65535, 0}, 65534}}, Weights{1, 1, 0});
+  expectKnown<Zim16u>({{{3, 0, 0}, 65534}, {{1, 0, 0}, 0}}, Weights{-1, 0, 0});  // -2.5 and -0.5, truncated
+  expectKnown<Zim16s>({{{0, 0, 0}, -32768}, {{32767, 32767, 0}, -1}}, Weights{0.5F, 0.5F, -1});
+  expectKnown<Zim16s>({{{32767, 32767, 0}, 32766}, {{0, 0, 0}, -32768}}, Weights{1, 1, 0});
 }
 
 TEST(Gray, WeightsOfBytesAreRoundedOnce) {
-  // 0.299, 0.587 and 0.114 come to 1225, 2404 and 467.
-  const Weights<Zim8u> luma = {0.299F, 0.587F, 0.114F};
-  std::vector<Pixel<Zim8u>> pixels;
-  for (int i = 0; i < 1000; ++i) {
-    pixels.push_back({static_cast<Zim8u>(i * 7), static_cast<Zim8u>(i * 31), static_cast<Zim8u>(i * 113)});
-  }
-  EXPECT_EQ((grayOf<Zim8u, 3>(pixels, &luma)), (grayOf<Zim8u, 3>(pixels, nullptr)));
   // -0.25 comes to -1023, so that the second sample's 0.2495 (1022) all but makes up for it, and its 0.25 (1024) more.
-  expectKnown<Zim8u>({{{255, 255, 0}, 0}, {{6, 0, 0}, 255}, {{2, 0, 0}, 0}}, Weights<Zim8u>{-0.25F, 0.2495F, 0});
+  expectKnown<Zim8u>({{{255, 255, 0}, 0}, {{6, 0, 0}, 255}, {{2, 0, 0}, 0}}, Weights{-0.25F, 0.2495F, 0});
 }
 
 TEST(Gray, HalfIsAddedBeforeTheSecondProduct) {
   // Single precision has even numbers only above 16777216: with the half the sum rounds up, without it down.
-  const Weights<Zim16u> weights = {1, 16777216, 16777216};
-  expectKnown<Zim16u>({{{1, 1, 0}, 2}, {{1, 0, 1}, 2}, {{0, 1, 0}, 0}}, weights);
+  expectKnown<Zim16u>({{{1, 1, 0}, 2}, {{1, 0, 1}, 2}, {{0, 1, 0}, 0}}, {1, 16777216, 16777216});
 }
 
 // ---- Any weights, against plain integers -------------------------------------------------------------------------
@@ -153,20 +136,17 @@ Zim32s truncated(Zim64f x) {
   return x > -2147483649.0 && x < 2147483648.0 ? static_cast<Zim32s>(x) : std::numeric_limits<Zim32s>::min();
 }
 
-Zim8u plainGray(const Pixel<Zim8u>& p, const Weights<Zim8u>& weights) {
-  const auto term = [](Zim8u sample, Zim32f weight) {
-    return sample * static_cast<Zim32u>(truncated(static_cast<Zim64f>(weight) * 4096.0 + 0.5));
+Zim8u plainGray(const Pixel<Zim8u>& p, const Weights& weights) {
+  const auto term = [](Zim8u sample, Zim64f weight) {
+    return sample * static_cast<Zim32u>(truncated(weight * 4096.0 + 0.5));
   };
   return static_cast<Zim8u>((term(p.a, weights[0]) + term(p.b, weights[1]) + term(p.c, weights[2]) + 2048U) >> 12);
 }
 
 TEST(Gray, WideWeightsOfBytes) {
   std::mt19937 random(1);
-  std::vector<Pixel<Zim8u>> pixels = {{255, 255, 255}, {0, 0, 0}, {255, 0, 0}, {0, 255, 0}, {0, 0, 255}};
-  while (pixels.size() < 500) {
-    const auto draw = random();
-    pixels.push_back({static_cast<Zim8u>(draw), static_cast<Zim8u>(draw >> 8), static_cast<Zim8u>(draw >> 16)});
-  }
+  auto pixels = randomPixels<Zim8u>(495);
+  pixels.insert(pixels.end(), {{255, 255, 255}, {0, 0, 0}, {255, 0, 0}, {0, 255, 0}, {0, 0, 255}});
   std::vector<Zim32f> values = {0,        1,       -1,    0.25F, -0.25F, 7.9998F,  8,        -8,
                                 -8.0002F, 15.999F, 16,    100,   -40.5F, 1e4F,     -123456,  5e5F,
                                 524287,   1e9F,    -3e9F, 1e-5F, NAN,    INFINITY, -INFINITY};
@@ -174,25 +154,19 @@ TEST(Gray, WideWeightsOfBytes) {
     values.push_back(std::ldexp(static_cast<Zim32f>(random()), -static_cast<int>(random() % 40)));
   for (const Zim32f wa : values) {
     for (const Zim32f wb : values) {
-      const Weights<Zim8u> weights = {wa, wb, values[random() % values.size()]};
+      const Weights weights = {wa, wb, values[random() % values.size()]};
       std::vector<Zim8u> expected;
       for (const auto& p : pixels) expected.push_back(plainGray(p, weights));
-      ASSERT_EQ((grayOf<Zim8u, 3>(pixels, &weights)), expected) << wa << ' ' << wb << ' ' << weights[2];
-      ASSERT_EQ((grayOf<Zim8u, 4>(pixels, &weights)), expected) << wa << ' ' << wb << ' ' << weights[2];
+      ASSERT_EQ((grayOf<Zim8u, 3>(pixels, weights)), expected) << wa << ' ' << wb << ' ' << weights[2];
+      ASSERT_EQ((grayOf<Zim8u, 4>(pixels, weights)), expected) << wa << ' ' << wb << ' ' << weights[2];
     }
   }
 }
 
 template <class T>
 void expectNullWeightsAreFixed() {
-  std::mt19937 random(2);
-  std::vector<T> source(3 * 101);
-  for (T& sample : source) sample = static_cast<T>(random());
-  std::vector<T> fixed(101), null(101);
-  const ZimiSize size = {101, 1};
-  EXPECT_EQ((rgbToGray<T, 3>()(source.data(), 0, fixed.data(), 0, size)), zimResultOk);
-  EXPECT_EQ((colorToGray<T, 3>()(source.data(), 0, null.data(), 0, size, nullptr)), zimResultOk);
-  EXPECT_EQ(fixed, null);
+  const auto pixels = randomPixels<T>(101);
+  EXPECT_EQ((grayOf<T, 3>(pixels, {}, true)), (grayOf<T, 3>(pixels, {})));
 }
 
 TEST(Gray, NullWeightsAreTheFixedOnes) {
@@ -200,32 +174,9 @@ TEST(Gray, NullWeightsAreTheFixedOnes) {
   expectNullWeightsAreFixed<Zim16u>();
   expectNullWeightsAreFixed<Zim16s>();
   expectNullWeightsAreFixed<Zim32f>();
-}
-
-// ---- Steps -------------------------------------------------------------------------------------------------------
-
-// Rows of one gray pixel each, from rows whose distance is some samples less or more than the step says.
-template <class T>
-void expectRowDistance(Zim32s step, int samplesApart) {
-  SCOPED_TRACE(std::to_string(sizeof(T)) + " bytes a sample, step " + std::to_string(step));
-  constexpr int rows = 4, room = 64;
-  std::array<T, 2 * room> source = {};
-  std::array<T, rows> gray = {};
-  T* const first = &source[room];
-  for (int y = 0; y < rows; ++y) {
-    for (int c = 0; c < 3; ++c) first[y * samplesApart + c] = static_cast<T>(y + 1);
-  }
-  EXPECT_EQ((rgbToGray<T, 3>()(first, step, gray.data(), sizeof(T), {1, rows})), zimResultOk);
-  EXPECT_EQ(gray, (std::array<T, rows>{1, 2, 3, 4}));
-}
-
-TEST(Gray, LowBitsOfStepsAreDropped) {
-  expectRowDistance<Zim16u>(7, 3);
-  expectRowDistance<Zim16u>(-7, -4);
-  expectRowDistance<Zim16s>(9, 4);
-  expectRowDistance<Zim32f>(15, 3);
-  expectRowDistance<Zim32f>(-13, -4);
-  expectRowDistance<Zim8u>(7, 7);
+  // In bytes 0.299, 0.587 and 0.114 come to the same.
+  const auto pixels = randomPixels<Zim8u>(1000);
+  EXPECT_EQ((grayOf<Zim8u, 3>(pixels, {0.299F, 0.587F, 0.114F})), (grayOf<Zim8u, 3>(pixels, {})));
 }
 
 // Row offsets are 32-bit products, of bytes or of samples: with a step of 1 GiB they come back to the first row.
@@ -246,8 +197,11 @@ void expectOffsetsWrap(int unit) {
     auto* const row = reinterpret_cast<T*>(middle + std::ptrdiff_t{quarters} * step);
     for (int c = 0; c < 3; ++c) row[c] = static_cast<T>(y + 1);
   }
-  const auto* const first = reinterpret_cast<const T*>(middle);
-  ASSERT_EQ((rgbToGray<T, 3>()(first, step, gray.data(), sizeof(T), {1, period + 1})), zimResultOk);
+  const Export& e = *find((sizeof(T) == 8 ? "zimiColorToGray_" : "zimiRGBToGray_") + typeName<T>() + "_C3C1R");
+  Operands operands(e, {1, period + 1});
+  operands.source = {{middle}, {step}};
+  operands.destination = {{gray.data()}, {sizeof(T)}};
+  ASSERT_EQ(Caller(e)(operands), zimResultOk);
   for (int y = 0; y <= period; ++y) EXPECT_EQ(std::lround(gray[static_cast<std::size_t>(y)]), y % period + 1);
 }
 

@@ -146,7 +146,7 @@ TYPED_TEST(LanesOf, ComparisonAndSelection) {
       "select", [](auto a, auto b) { return select(a < b, b, a); }, [](T a, T b) { return a < b ? b : a; });
 }
 
-// Three and four channels: each sample comes to its lane, and goes back to its place.
+// Two to four channels: each sample comes to its lane, and goes back to its place.
 template <class T, int N, std::size_t Channels>
 void expectChannelsInOrder() {
   const auto image = samples<T>(3);
@@ -174,10 +174,13 @@ void expectChannelsInOrder() {
 
 TYPED_TEST(LanesOf, InterleavedChannels) {
   using T = TypeParam;
+  expectChannelsInOrder<T, 1, 2>();
   expectChannelsInOrder<T, 1, 3>();
   expectChannelsInOrder<T, 1, 4>();
+  expectChannelsInOrder<T, kLanes<T>, 2>();
   expectChannelsInOrder<T, kLanes<T>, 3>();
   expectChannelsInOrder<T, kLanes<T>, 4>();
+  expectChannelsInOrder<T, 2 * kLanes<T>, 2>();
   expectChannelsInOrder<T, 2 * kLanes<T>, 3>();
   expectChannelsInOrder<T, 2 * kLanes<T>, 4>();
 }

@@ -268,24 +268,12 @@ TEST(ToneMapping, OrderOfTheSum) {
       double even = 0, odd = 0;
       for (Zim32s row = 0; row < height; ++row) {
         const Zim32f* x = &image[static_cast<std::size_t>(row * width)];
-        const Zim32s pairs = width / 2, blocks = pairs / 8;
-        if (blocks > 0) {
-          double a[2] = {even, 0}, b[2] = {odd, 0}, c[2] = {0, 0};
-          for (Zim32s i = 0; i < 16 * blocks; i += 4) {
-            double* evens = i / 4 % 2 == 0 ? a : c;
-            for (int lane : {0, 1}) {
-              evens[lane] += x[i + 2 * lane];
-              b[lane] += x[i + 2 * lane + 1];
-            }
-          }
-          even = (a[0] + c[0]) + (a[1] + c[1]);
-          odd = b[0] + b[1];
-        }
-        for (Zim32s pair = 8 * blocks; pair < pairs; ++pair) {
-          even += x[2 * pair];
-          odd += x[2 * pair + 1];
-        }
-        if (width % 2 != 0) even += x[width - 1];
+        double a[2] = {even}, b[2] = {odd}, c[2] = {};
+        const Zim32s blocks = width / 16 * 16;
+        for (Zim32s i = 0; i < blocks; ++i) (i % 2 != 0 ? b : i / 4 % 2 == 0 ? a : c)[i % 4 / 2] += x[i];
+        even = (a[0] + c[0]) + (a[1] + c[1]);
+        odd = b[0] + b[1];
+        for (Zim32s i = blocks; i < width; ++i) (i % 2 != 0 ? odd : even) += x[i];
       }
       const double mean = (odd + even) / (width * height);
       const auto scale = static_cast<Zim32f>(255.0 / (mean + mean));

@@ -118,7 +118,8 @@ struct Gamma : Range {
     const auto wide = widen(distance);
     const auto line = wide * Curve::slope;
     if constexpr (N == 1) {
-      return Range::stored((onPower.v != 0 ? onCurve(wide.v * Range::inverseRange) : line) + Range::lowest);
+      const double y = onPower.v != 0 ? onCurve(wide.v * Range::inverseRange) : line.v;
+      return Range::stored(Lane<Zim64f, 1>(y + Range::lowest));
     } else {
       const auto onLine = Range::stored(line + Range::lowest);
       if (!any(onPower)) return onLine;
@@ -133,7 +134,7 @@ struct Gamma : Range {
     }
   }
 
-  Lane<Zim64f, 1> onCurve(double v) const {
+  double onCurve(double v) const {
     const PowerFunction& f = Curve::power.function;
     return Curve::fromPower(std::pow((v + f.shift) * f.scale, f.exponent)) * Range::range;
   }
@@ -166,16 +167,17 @@ void forRows(const Conversion<Layout, Layout>& call, const Convert& convert) {
   using Sample = typename Layout::Sample;
   const auto source = Layout::start(call.pSrc);
   const auto destination = Layout::start(call.pDst);
+  const ZimiSize size = asOneRow(call);
   for (std::size_t plane = 0; plane < Layout::planes; ++plane) {
-    for (Zim32s row = 0; row < call.roiSize.height; ++row) {
+    for (Zim32s row = 0; row < size.height; ++row) {
       const Position<const std::byte, 1> from = {source.plane[plane] +
                                                  rowOffset<Offsets::bytes, Sample>(row, call.srcStep)};
       const Position<std::byte, 1> to = {destination.plane[plane] +
                                          rowOffset<Offsets::bytes, Sample>(row, call.dstStep)};
       if constexpr (Layout::hasGaps) {
-        convert(from, to, call.roiSize.width, Layout());
+        convert(from, to, size.width, Layout());
       } else {
-        convert(from, to, std::ptrdiff_t{call.roiSize.width} * Layout::pixelBytes / std::ptrdiff_t{sizeof(Sample)},
+        convert(from, to, std::ptrdiff_t{size.width} * Layout::pixelBytes / std::ptrdiff_t{sizeof(Sample)},
                 C1<Sample>());
       }
     }

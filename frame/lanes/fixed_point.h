@@ -110,9 +110,11 @@ ZIM_INLINE Lane<Zim16s, N> fixedDot(Lane<Zim16s, N> x, Lane<Zim16s, N> y, Lane<Z
     return Lane<Zim16s, N>(static_cast<Zim16s>(sum >> shift));
   } else {
     constexpr SplitRow split(row);
-    const auto result = fixedFraction<row, shift>(x, y, z);
-    constexpr auto whole = [](std::size_t i) { return SplitRow(row).whole[i] << (16 - shift); };
-    return plusMultiple<whole(2)>(plusMultiple<whole(1)>(plusMultiple<whole(0)>(result, x), y), z);
+    constexpr auto whole = split.whole;
+    constexpr int unit = 1 << (16 - shift);
+    const auto fraction = fixedFraction<row, shift>(x, y, z);
+    const auto andX = plusMultiple<whole[0] * unit>(fraction, x), andY = plusMultiple<whole[1] * unit>(andX, y);
+    return plusMultiple<whole[2] * unit>(andY, z);
   }
 }
 

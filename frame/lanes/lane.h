@@ -275,33 +275,24 @@ ZIM_INLINE bool any(Lane<T, N> mask) {
 }
 
 // a, replaced by b where b is strictly larger (smaller). With a NaN on either side a stays, as the processor's own
-// maximum and minimum have it.
-template <class T, int N>
-ZIM_INLINE Lane<T, N> larger(Lane<T, N> a, Lane<T, N> b) {
-  using Value = typename Lane<T, N>::Value;
-  if constexpr (Lane<T, N>::form == Form::split) {
-    return Lane<T, N>::join(larger(a.v.lo, b.v.lo), larger(a.v.hi, b.v.hi));
-  } else if constexpr (Lane<T, N>::form == Form::whole && std::is_same_v<T, float>) {
-    return Lane<T, N>::of((Value)ZIM_MM(max_ps)(b.v, a.v));
-  } else if constexpr (Lane<T, N>::form == Form::whole && std::is_same_v<T, double>) {
-    return Lane<T, N>::of((Value)ZIM_MM(max_pd)(b.v, a.v));
-  } else {
-    return Lane<T, N>::of(b.v > a.v ? b.v : a.v);
+// maximum and minimum of floats have it.
+#define ZIM_LANE_EXTREME(name, op, extreme)                                          \
+  template <class T, int N>                                                          \
+  ZIM_INLINE Lane<T, N> name(Lane<T, N> a, Lane<T, N> b) {                           \
+    using Result = Lane<T, N>;                                                       \
+    if constexpr (Result::form == Form::split) {                                     \
+      return Result::join(name(a.v.lo, b.v.lo), name(a.v.hi, b.v.hi));               \
+    } else if constexpr (Result::form == Form::whole && std::is_same_v<T, float>) {  \
+      return Result::of((typename Result::Value)ZIM_MM(extreme##_ps)(b.v, a.v));     \
+    } else if constexpr (Result::form == Form::whole && std::is_same_v<T, double>) { \
+      return Result::of((typename Result::Value)ZIM_MM(extreme##_pd)(b.v, a.v));     \
+    } else {                                                                         \
+      return Result::of(b.v op a.v ? b.v : a.v);                                     \
+    }                                                                                \
   }
-}
-template <class T, int N>
-ZIM_INLINE Lane<T, N> smaller(Lane<T, N> a, Lane<T, N> b) {
-  using Value = typename Lane<T, N>::Value;
-  if constexpr (Lane<T, N>::form == Form::split) {
-    return Lane<T, N>::join(smaller(a.v.lo, b.v.lo), smaller(a.v.hi, b.v.hi));
-  } else if constexpr (Lane<T, N>::form == Form::whole && std::is_same_v<T, float>) {
-    return Lane<T, N>::of((Value)ZIM_MM(min_ps)(b.v, a.v));
-  } else if constexpr (Lane<T, N>::form == Form::whole && std::is_same_v<T, double>) {
-    return Lane<T, N>::of((Value)ZIM_MM(min_pd)(b.v, a.v));
-  } else {
-    return Lane<T, N>::of(b.v < a.v ? b.v : a.v);
-  }
-}
+ZIM_LANE_EXTREME(larger, >, max)
+ZIM_LANE_EXTREME(smaller, <, min)
+#undef ZIM_LANE_EXTREME
 
 template <class T, int N>
 ZIM_INLINE Lane<T, N> clamp(Lane<T, N> a, std::type_identity_t<T> low, std::type_identity_t<T> high) {

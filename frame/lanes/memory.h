@@ -1,4 +1,4 @@
-// Loads and stores of lanes: contiguous samples, and three or four interleaved channels.
+// Loads and stores of lanes: contiguous samples, and two, three or four interleaved channels.
 //
 // A block of N pixels is laid over the registers by halves: the 128-bit half h of every register takes its samples from
 // half h of the block, and the registers of a wider sample type follow one another within each half. On SSE2, where a
@@ -282,6 +282,25 @@ ZIM_INLINE Registers<4> deinterleave(Registers<4> r) {
 template <int ElementBytes>
 ZIM_INLINE Registers<4> interleave(Registers<4> channel) {
   return perfectShuffles<ElementBytes, 2>(channel);
+}
+
+// Two channels: pairs as in packed 4:2:2 and in planes of interleaved chroma.
+template <int ElementBytes>
+ZIM_INLINE Registers<2> interleave(Registers<2> channel) {
+  return {unpackLow<ElementBytes>(channel[0], channel[1]), unpackHigh<ElementBytes>(channel[0], channel[1])};
+}
+
+template <int ElementBytes, int Rounds = kRounds<ElementBytes>>
+ZIM_INLINE Registers<2> deinterleave(Registers<2> r) {
+  if constexpr (ElementBytes == 1) {
+    const Register lower = ZIM_MM(set1_epi16)(255);
+    return {ZIM_MM(packus_epi16)(r[0] & lower, r[1] & lower),
+            ZIM_MM(packus_epi16)(ZIM_MM(srli_epi16)(r[0], 8), ZIM_MM(srli_epi16)(r[1], 8))};
+  } else if constexpr (Rounds == 0) {
+    return r;
+  } else {
+    return deinterleave<ElementBytes, Rounds - 1>(interleave<ElementBytes>(r));
+  }
 }
 
 // ---- Blocks of pixels ----
