@@ -51,6 +51,7 @@ set(ZIMCC_SOURCES
   lumachroma/full_resolution.cpp
   lumachroma/ycocg.cpp
   models/gray.cpp
+  models/hls.cpp
   models/hsv.cpp
   models/xyz.cpp
   models/ycc.cpp

@@ -221,6 +221,83 @@ ZimResult zimiHSVToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst,
 ZimResult zimiHSVToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
+/* ---- HLS ------------------------------------------------------------------------------------------------------------
+ */
+
+/** \name RGB to hue, lightness, saturation
+ *
+ * The double cone. A full turn of hue is 255 in 8u, 65535 in 16u and in 16s (counted from -32768), 1 in 32f; lightness
+ * is the middle of the largest and the smallest sample; saturation is what there is of the most at that lightness.
+ * Integer results are rounded; float samples are neither scaled nor clamped. Gray has hue and saturation 0; in 32f that
+ * is a difference of at most 2^-23. AC4R leaves the destination's fourth sample as it was. For 16-bit and float samples
+ * the low bits of a step that is no multiple of the sample size are dropped. Any size from 1 x 1; a team of threads
+ * from 4097 pixels on.
+ * @{ */
+ZimResult zimiRGBToHLS_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name Hue, lightness, saturation to RGB
+ *
+ * Integer results are rounded; float samples outside 0..1 are computed on as they are. Otherwise as zimiRGBToHLS_*.
+ * @{ */
+ZimResult zimiHLSToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name BGR to hue, lightness, saturation
+ *
+ * As zimiRGBToHLS_8u_*, from samples in the order B, G, R and with another rounding: AC4R rounds halves down, all
+ * others round down, so that pure red has lightness 127. AC4R leaves the destination's fourth sample as it was; the
+ * other forms of four channels copy it. A step below 1 gives zimResultBadStep: in AC4R after the size is tested, in all
+ * others before it and after all pointers. Any size from 1 x 1, always on a team of threads.
+ * @{ */
+ZimResult zimiBGRToHLS_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiBGRToHLS_8u_AC4P4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[4], Zim32s dstStep,
+                                 ZimiSize roiSize);
+ZimResult zimiBGRToHLS_8u_AP4C4R(const Zim8u* const pSrc[4], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                 ZimiSize roiSize);
+ZimResult zimiBGRToHLS_8u_AP4R(const Zim8u* const pSrc[4], Zim32s srcStep, Zim8u* const pDst[4], Zim32s dstStep,
+                               ZimiSize roiSize);
+ZimResult zimiBGRToHLS_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                                ZimiSize roiSize);
+ZimResult zimiBGRToHLS_8u_P3C3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                ZimiSize roiSize);
+ZimResult zimiBGRToHLS_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                              ZimiSize roiSize);
+/** @} */
+
+/** \name Hue, lightness, saturation to BGR
+ *
+ * As zimiHLSToRGB_8u_*, to samples in the order B, G, R and rounded down. Otherwise as the planar forms of
+ * zimiBGRToHLS_8u_*.
+ * @{ */
+ZimResult zimiHLSToBGR_8u_AC4P4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[4], Zim32s dstStep,
+                                 ZimiSize roiSize);
+ZimResult zimiHLSToBGR_8u_AP4C4R(const Zim8u* const pSrc[4], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                 ZimiSize roiSize);
+ZimResult zimiHLSToBGR_8u_AP4R(const Zim8u* const pSrc[4], Zim32s srcStep, Zim8u* const pDst[4], Zim32s dstStep,
+                               ZimiSize roiSize);
+ZimResult zimiHLSToBGR_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                                ZimiSize roiSize);
+ZimResult zimiHLSToBGR_8u_P3C3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                ZimiSize roiSize);
+ZimResult zimiHLSToBGR_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                              ZimiSize roiSize);
+/** @} */
+
 /* ---- YCbCr and YUV at full resolution -----------------------------------------------------------------------------
  */
 
