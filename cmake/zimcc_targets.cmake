@@ -53,8 +53,12 @@ set(ZIMCC_SOURCES
   lumachroma/full_resolution.cpp
   lumachroma/ycocg.cpp
   models/gray.cpp
+  models/hls.cpp
+  models/hsv.cpp
   models/lab.cpp
   models/luv.cpp
+  models/xyz.cpp
+  models/ycc.cpp
   tone/color_twist.cpp
   tone/gamma.cpp
   tone/tone_mapping.cpp)

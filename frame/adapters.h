@@ -1,7 +1,7 @@
-// Kernels made from kernels: other orders of channels, a fourth channel.
+// Kernels made from kernels: other orders of channels, a fourth channel, signed samples.
 #pragma once
 
-#include "frame/lanes/lane.h"
+#include "frame/lanes/convert.h"
 
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
@@ -44,6 +44,19 @@ struct KeepAlpha : Kernel {
     const auto& [a, b, c, alpha] = pixels;
     const auto result = Kernel::operator()(std::array{a, b, c});
     return std::array{result[0], result[1], result[2], alpha};
+  }
+};
+
+// A kernel for words without sign on words with sign: these are moved up by 32768, its results down again.
+template <class Kernel>
+struct MovedUp : Kernel {
+  using Sample = Zim32s;
+
+  template <int N, std::size_t Channels>
+  ZIM_INLINE auto operator()(const Pixels<Zim32s, N, Channels>& pixels) const {
+    const auto results = Kernel::operator()(
+        perChannel<Channels>([&](auto c) ZIM_LAMBDA { return convert<typename Kernel::Sample>(pixels[c] + 32768); }));
+    return perChannel<results.size()>([&](auto c) ZIM_LAMBDA { return results[c] - 32768; });
   }
 };
 

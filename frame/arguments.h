@@ -40,8 +40,10 @@ struct Order {
 // N: pointers as passed, Q: pointers inside arrays, S: size, T: steps.
 using N_Q = Order<Test::pointers, Test::planes>;
 using N_S = Order<Test::pointers, Test::size>;
+using N_S_T = Order<Test::pointers, Test::size, Test::steps>;
 using N_S_Q = Order<Test::pointers, Test::size, Test::planes>;
 using N_Q_S = Order<Test::pointers, Test::planes, Test::size>;
+using N_Q_T_S = Order<Test::pointers, Test::planes, Test::steps, Test::size>;
 using N_Q_S_T = Order<Test::pointers, Test::planes, Test::size, Test::steps>;
 
 }  // namespace zim

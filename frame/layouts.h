@@ -142,6 +142,8 @@ template <class T>
 using P3 = Planar<T, 3>;
 template <class T>
 using P4 = Planar<T, 4, 3>;
+template <class T>
+using AP4 = Planar<T, 4>;
 
 // A few pixels apart from their row, in the row's own layout: there a whole block can be loaded and stored where the
 // row has fewer pixels left.

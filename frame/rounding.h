@@ -33,10 +33,9 @@ ZIM_INLINE Lane<Zim32s, N> roundHalfEvenPositive(Lane<Zim64f, N> a) {
 // 2^-30, and there no tie of single precision is near.
 template <int N>
 ZIM_INLINE Lane<Zim32s, N> roundHalfEvenSigned(Lane<Zim32f, N> a) {
-  const auto bits = bitsAs<Zim32s>(a);
-  const auto magnitude = roundHalfEvenPositive(bitsAs<Zim32f>(bits & 0x7FFFFFFF));
-  const auto sign = bits >> 31;
-  return (magnitude ^ sign) - sign;
+  const auto rounded = roundHalfEvenPositive(magnitude(a));
+  const auto sign = bitsAs<Zim32s>(a) >> 31;
+  return (rounded ^ sign) - sign;
 }
 
 // Whether the processor rounds to the nearest even, as it does unless a program asks otherwise.

@@ -65,10 +65,12 @@ template <Zim32s leastPixels>
 struct ParallelFrom {
   template <class Rows>
   static void run(ZimiSize size, const Rows& rows) {
+    // One copy of the kernel serves both ways.
+    const auto called = [&](Zim32s first, Zim32s count) __attribute__((noinline)) { rows(first, count); };
     if (wrappingProduct(size.width, size.height) < leastPixels) {
-      Serial::run(size, rows);
+      Serial::run(size, called);
     } else {
-      AlwaysParallel::run(size, rows);
+      AlwaysParallel::run(size, called);
     }
   }
 };

@@ -196,6 +196,180 @@ ZimResult zimiLabToBGR_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zi
 ZimResult zimiLabToBGR_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
+/* ---- CIE XYZ --------------------------------------------------------------------------------------------------------
+ */
+
+/** \name RGB to XYZ, BT.709 primaries and white D65
+ *
+ * RGB is taken as linear. 8u truncates; 16u and 16s round; 32f does neither. Z is limited to the range of its type
+ * (0..1 in 32f), since white has 1.09 of it; X and Y need no limit, and in 32f have none. 16s samples count from
+ * -32768. AC4R leaves the destination's fourth sample as it was. For 16-bit and float samples the low bits of a step
+ * that is no multiple of the sample size are dropped. Any size from 1 x 1; a team of threads from 4097 pixels on.
+ * @{ */
+ZimResult zimiRGBToXYZ_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name XYZ to RGB, the inverse
+ *
+ * 8u rounds down; 16u and 16s round; all results are limited to the range of their type (0..1 in 32f). Otherwise as
+ * zimiRGBToXYZ_*.
+ * @{ */
+ZimResult zimiXYZToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/* ---- PhotoYCC -------------------------------------------------------------------------------------------------------
+ */
+
+/** \name RGB to PhotoYCC
+ *
+ * Luma times 0.713, and the scaled differences C1 of blue and C2 of red, around 156 and 137 in 8u, 156 * 257 and 137 *
+ * 257 in 16u and in 16s (counted from -32768), 0.612 and 0.537 in 32f. 8u rounds down, 16u and 16s round. Nothing is
+ * clamped, and integer results need not be. AC4R leaves the destination's fourth sample as it was. For 16-bit and
+ * float samples the low bits of a step that is no multiple of the sample size are dropped. Any size from 1 x 1; a team
+ * of threads from 4097 pixels on.
+ * @{ */
+ZimResult zimiRGBToYCC_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCC_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name PhotoYCC to RGB
+ *
+ * 8u rounds down; 16u and 16s round; all results are limited to the range of their type (0..1 in 32f). Otherwise as
+ * zimiRGBToYCC_*.
+ * @{ */
+ZimResult zimiYCCToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCCToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/* ---- HSV ------------------------------------------------------------------------------------------------------------
+ */
+
+/** \name RGB to hue, saturation, value
+ *
+ * A full turn of hue and full saturation are 255 in 8u and 65535 in 16u, both rounded; value is the largest of the
+ * three samples. Gray has hue and saturation 0. The depths differ in their rounding. AC4R leaves the destination's
+ * fourth sample as it was. In 16u an odd step loses its low bit. Any size from 1 x 1; a team of threads from 4097
+ * pixels on.
+ * @{ */
+ZimResult zimiRGBToHSV_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHSV_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHSV_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHSV_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name Hue, saturation, value to RGB
+ *
+ * Rounded. The largest hue is a full turn, the same as 0. Otherwise as zimiRGBToHSV_*.
+ * @{ */
+ZimResult zimiHSVToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHSVToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHSVToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHSVToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/* ---- HLS ------------------------------------------------------------------------------------------------------------
+ */
+
+/** \name RGB to hue, lightness, saturation
+ *
+ * The double cone. A full turn of hue is 255 in 8u, 65535 in 16u and in 16s (counted from -32768), 1 in 32f; lightness
+ * is the middle of the largest and the smallest sample; saturation is what there is of the most at that lightness.
+ * Integer results are rounded; float samples are neither scaled nor clamped. Gray has hue and saturation 0; in 32f that
+ * is a difference of at most 2^-23. AC4R leaves the destination's fourth sample as it was. For 16-bit and float samples
+ * the low bits of a step that is no multiple of the sample size are dropped. Any size from 1 x 1; a team of threads
+ * from 4097 pixels on.
+ * @{ */
+ZimResult zimiRGBToHLS_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHLS_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name Hue, lightness, saturation to RGB
+ *
+ * Integer results are rounded; float samples outside 0..1 are computed on as they are. Otherwise as zimiRGBToHLS_*.
+ * @{ */
+ZimResult zimiHLSToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHLSToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name BGR to hue, lightness, saturation
+ *
+ * As zimiRGBToHLS_8u_*, from samples in the order B, G, R and with another rounding: AC4R rounds halves down, all
+ * others round down, so that pure red has lightness 127. AC4R leaves the destination's fourth sample as it was; the
+ * other forms of four channels copy it. A step below 1 gives zimResultBadStep: in AC4R after the size is tested, in all
+ * others before it and after all pointers. Any size from 1 x 1, always on a team of threads.
+ * @{ */
+ZimResult zimiBGRToHLS_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiBGRToHLS_8u_AC4P4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[4], Zim32s dstStep,
+                                 ZimiSize roiSize);
+ZimResult zimiBGRToHLS_8u_AP4C4R(const Zim8u* const pSrc[4], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                 ZimiSize roiSize);
+ZimResult zimiBGRToHLS_8u_AP4R(const Zim8u* const pSrc[4], Zim32s srcStep, Zim8u* const pDst[4], Zim32s dstStep,
+                               ZimiSize roiSize);
+ZimResult zimiBGRToHLS_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                                ZimiSize roiSize);
+ZimResult zimiBGRToHLS_8u_P3C3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                ZimiSize roiSize);
+ZimResult zimiBGRToHLS_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                              ZimiSize roiSize);
+/** @} */
+
+/** \name Hue, lightness, saturation to BGR
+ *
+ * As zimiHLSToRGB_8u_*, to samples in the order B, G, R and rounded down. Otherwise as the planar forms of
+ * zimiBGRToHLS_8u_*.
+ * @{ */
+ZimResult zimiHLSToBGR_8u_AC4P4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[4], Zim32s dstStep,
+                                 ZimiSize roiSize);
+ZimResult zimiHLSToBGR_8u_AP4C4R(const Zim8u* const pSrc[4], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                 ZimiSize roiSize);
+ZimResult zimiHLSToBGR_8u_AP4R(const Zim8u* const pSrc[4], Zim32s srcStep, Zim8u* const pDst[4], Zim32s dstStep,
+                               ZimiSize roiSize);
+ZimResult zimiHLSToBGR_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                                ZimiSize roiSize);
+ZimResult zimiHLSToBGR_8u_P3C3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                ZimiSize roiSize);
+ZimResult zimiHLSToBGR_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                              ZimiSize roiSize);
+/** @} */
+
 /* ---- YCbCr and YUV at full resolution -----------------------------------------------------------------------------
  */
 

@@ -93,8 +93,9 @@ inline ZimiSize goodSize(const catalogue::Export& e, ZimiSize size) {
 
 // Exports that accept any step.
 inline bool takesAnyStep(const catalogue::Export& e) {
-  constexpr const char* kTestSteps[] = {"zimiColorTwist*", "zimiGamma*", "zimiRGBToCbYCr422Gamma_*",
-                                        "zimi@(RGB|BGR)565To@(RGB|BGR)_*", "zimi@(RGB|BGR)To@(RGB|BGR)565_*"};
+  constexpr const char* kTestSteps[] = {
+      "zimiColorTwist*",          "zimi@(BGRToHLS|HLSToBGR)_*",      "zimiGamma*",
+      "zimiRGBToCbYCr422Gamma_*", "zimi@(RGB|BGR)565To@(RGB|BGR)_*", "zimi@(RGB|BGR)To@(RGB|BGR)565_*"};
   return !matchesAny(e, kTestSteps) && e.source.steps != catalogue::Steps::none &&
          e.destination.steps != catalogue::Steps::none;
 }

@@ -185,6 +185,7 @@ TEST_P(EachExport, UnalignedRows) {
       "zimi*ToGray_@(16u|16s|32f)_*",
       "zimi@(RGBToLUV|LUVToRGB)_@(16u|16s)_*",
       "zimiLUVToRGB_32f_*",
+      "zimi@(RGBTo@(XYZ|YCC|HLS|HSV)|@(XYZ|YCC|HLS|HSV)ToRGB)_@(16u|16s|32f)_*",
       "zimi@(YCbCr?(420|422)|YUV420|RGB|BGR)To@(RGB|BGR)@(444|555|565)*",
       "zimi@(RGB|BGR)565To@(RGB|BGR)_*",
       "zimiCFAToRGB_16u_*",

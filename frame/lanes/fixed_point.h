@@ -97,12 +97,12 @@ ZIM_INLINE Lane<Zim16s, N> plusMultiple(Lane<Zim16s, N> a, Lane<Zim16s, N> x) {
   } else if constexpr (k % 2 == 0) {
     return plusMultiple<k / 2>(a, x + x);
   } else {
-    static_assert(k == 1 || k == -1);
-    return k == 1 ? a + x : a - x;
+    return k > 0 ? plusMultiple<k - 1>(a + x, x) : plusMultiple<k + 1>(a - x, x);
   }
 }
 
-// The row on samples within -256 to 255, with a result that fits 16 bits. A smaller shift leaves fraction bits.
+// The row on samples within -256 to 255, with a result that fits 16 bits. A smaller shift leaves fraction bits. Beside
+// coefficients below 32768, samples may be larger, as long as the sum fits 32 bits.
 template <FixedRow row, int shift = 16, int N>
 ZIM_INLINE Lane<Zim16s, N> fixedDot(Lane<Zim16s, N> x, Lane<Zim16s, N> y, Lane<Zim16s, N> z) {
   if constexpr (N == 1) {

@@ -357,6 +357,12 @@ ZIM_INLINE Lane<T, N> clamp(Lane<T, N> a, std::type_identity_t<T> low, std::type
   return smaller(larger(a, Lane<T, N>(low)), Lane<T, N>(high));
 }
 
+// Without the sign, also that of a NaN.
+template <int N>
+ZIM_INLINE Lane<Zim32f, N> magnitude(Lane<Zim32f, N> a) {
+  return bitsAs<Zim32f>(bitsAs<Zim32s>(a) & 0x7FFFFFFF);
+}
+
 template <int N>
 ZIM_INLINE Lane<Zim32f, N> squareRoot(Lane<Zim32f, N> a) {
   if constexpr (Lane<Zim32f, N>::form == Form::split) {

@@ -1,0 +1,273 @@
+// RGB and BGR to and from hue, lightness and saturation: the double cone.
+//
+// Two groups with different arithmetic. That of RGB works on the scale of its samples and rounds; that of BGR works on
+// samples normalised to 0..1 and, but for one form, rounds down. All in single precision; hue in degrees.
+
+#include <limits>
+
+#include "frame/adapters.h"
+#include "frame/pixelwise.h"
+
+using namespace zim;
+
+namespace {
+
+// A full turn of hue, and full lightness and saturation.
+template <class T>
+inline constexpr auto kFull = static_cast<Zim32f>(std::numeric_limits<T>::max());
+
+// scale * a / 255 of bytes, as multiplication and division round it: by the quotient scale / 255 in two parts, the
+// first of which leaves its product exact.
+template <int scale, class Floats>
+ZIM_INLINE constexpr Floats of255(Floats a) {
+  constexpr Zim32f quotient = scale / 255.0F;
+  constexpr auto high = std::bit_cast<Zim32f>(std::bit_cast<Zim32u>(quotient) & 0xFFFFFF00);
+  constexpr auto low = static_cast<Zim32f>(scale / 255.0 - high);
+  return a * high + a * low;
+}
+template <int scale>
+constexpr bool of255IsExact() {
+  for (int a = 0; a < 256; ++a) {
+    const auto x = static_cast<Zim32f>(a);
+    if (of255<scale>(x) != x * scale / 255.0F) return false;
+  }
+  return true;
+}
+static_assert(of255IsExact<1>() && of255IsExact<360>());
+
+// ---- To HLS -------------------------------------------------------------------------------------------------------
+
+// Of integers from 0 to F, with M and m their extremes, in integers as far as words hold them:
+//   H = 60 (G - B) / (M - m), or 60 (B - R) / (M - m) + 120, or 60 (R - G) / (M - m) + 240 where R, else G, else B is
+//   M,
+//       moved up by 360 if negative; stored as trunc(H F / 360 + 0.5)
+//   L = (M + m) / 2, stored as trunc(L + 0.5)
+//   S = (M - m) / (M + m) up to half lightness, (M - m) / (2 F - (M + m)) above; stored as trunc(S F + 0.5)
+// Gray has neither hue nor saturation; the divisions by zero are masked.
+template <class T, class Number>
+struct ToHls {
+  using Sample = Number;
+
+  template <int N>
+  ZIM_INLINE Pixels<SignedOf<Number>, N, 3> operator()(const Pixels<Number, N, 3>& rgb) const {
+    using Numbers = Lane<Number, N>;
+    using Floats = Lane<Zim32f, N>;
+    const auto& [r, g, b] = rgb;
+    const auto largest = larger(larger(r, g), b), smallest = smaller(smaller(r, g), b);
+    const auto isRed = r == largest, isGreen = g == largest, isChromatic = largest != smallest;
+    const auto opposed = select(isRed, g - b, select(isGreen, b - r, r - g));
+    const auto start = select(isRed, Numbers(0), select(isGreen, Numbers(120), Numbers(240)));
+    const auto sum = largest + smallest;
+    const auto span = smaller(sum, static_cast<Number>(2 * kFull<T>) - sum);
+
+    const auto delta = convert<Zim32f>(largest - smallest);
+    const auto degrees = convert<Zim32f>(opposed) * 60.0F / delta + convert<Zim32f>(start);
+    const auto hue = select(degrees < Floats(0.0F), degrees + 360.0F, degrees);
+    const auto saturation = delta / convert<Zim32f>(span);
+    const auto stored = [&](Floats a) ZIM_LAMBDA { return narrow<SignedOf<Number>>(truncate(a + 0.5F)) & isChromatic; };
+    return {stored(hue * kFull<T> / 360.0F), halved(sum), stored(saturation * kFull<T>)};
+  }
+
+ private:
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> halved(Lane<Zim16s, N> sum) {
+    return (sum + 1) >> 1;
+  }
+  template <int N>
+  ZIM_INLINE static Lane<Zim32s, N> halved(Lane<Zim32f, N> sum) {
+    return truncate(sum * 0.5F + 0.5F);
+  }
+};
+
+// Hue in degrees, lightness and saturation of samples from 0 to 1. Gray is what has extremes no further apart than
+// grayLimit. The start of red is -0, which leaves a hue of -0 as it is.
+template <int N>
+ZIM_INLINE Pixels<Zim32f, N, 3> toUnitHls(const Pixels<Zim32f, N, 3>& rgb, Zim32f grayLimit) {
+  using Floats = Lane<Zim32f, N>;
+  const auto& [r, g, b] = rgb;
+  const auto largest = larger(larger(r, g), b), smallest = smaller(smaller(r, g), b);
+  const auto delta = largest - smallest, sum = smallest + largest, lightness = sum * 0.5F;
+  const auto isRed = r == largest, isGreen = g == largest, isGray = delta <= Floats(grayLimit);
+  const auto opposed = select(isRed, g - b, select(isGreen, b - r, r - g));
+  const auto start = select(isRed, Floats(-0.0F), select(isGreen, Floats(120.0F), Floats(240.0F)));
+  const auto degrees = opposed * 60.0F / delta + start;
+  const auto hue = select(degrees < Floats(0.0F), degrees + 360.0F, degrees);
+  const auto saturation = delta / select(lightness <= Floats(0.5F), sum, 2.0F - sum);
+  const Floats zero(0.0F);
+  return {select(isGray, zero, hue), lightness, select(isGray, zero, saturation)};
+}
+
+// Neither scaled nor clamped.
+struct ToHls32f {
+  using Sample = Zim32f;
+
+  template <int N>
+  ZIM_INLINE Pixels<Zim32f, N, 3> operator()(const Pixels<Zim32f, N, 3>& rgb) const {
+    const auto [hue, lightness, saturation] = toUnitHls(rgb, std::numeric_limits<Zim32f>::epsilon());
+    return {hue / 360.0F, lightness, saturation};
+  }
+};
+
+// How the BGR forms store a float.
+struct HalvesDown {
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> stored(Lane<Zim32f, N> a) {
+    return narrow<Zim16s>(truncate(a + 0.499999F));
+  }
+};
+// Down, after an addition of 1e-7 in double: of all floats that lifts only the one below 1 to the next integer.
+struct Down {
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> stored(Lane<Zim32f, N> a) {
+    constexpr Zim32f belowOne = 1.0F - std::numeric_limits<Zim32f>::epsilon() / 2;
+    return narrow<Zim16s>(truncate(a) - (a == Lane<Zim32f, N>(belowOne)));
+  }
+};
+
+template <class Rounding>
+struct BgrToHls {
+  using Sample = Zim16s;
+
+  template <int N>
+  ZIM_INLINE Pixels<Zim16s, N, 3> operator()(const Pixels<Zim16s, N, 3>& bgr) const {
+    const auto unit = [](Lane<Zim16s, N> a) ZIM_LAMBDA { return of255<1>(convert<Zim32f>(a)); };
+    const auto [h, l, s] = toUnitHls(std::array{unit(bgr[2]), unit(bgr[1]), unit(bgr[0])}, 0.0F);
+    return {Rounding::stored(h * 255.0F / 360.0F), Rounding::stored(l * 255.0F), Rounding::stored(s * 255.0F)};
+  }
+};
+
+// ---- From HLS -----------------------------------------------------------------------------------------------------
+
+// The largest and the smallest of R, G and B: m2 = (S + 1) L up to half lightness, L + S - S L above; m1 = L + L - m2.
+template <int N>
+struct Extremes {
+  Lane<Zim32f, N> m2, m1, range;
+
+  ZIM_INLINE Extremes(Lane<Zim32f, N> l, Lane<Zim32f, N> s)
+      : m2(select(l <= Lane<Zim32f, N>(0.5F), (s + 1.0F) * l, l + s - s * l)), m1(l + l - m2), range(m2 - m1) {}
+};
+
+// A channel lies between them by its angle t: it rises from m1 at 0 degrees to m2 at 60, stays until 180, and is back
+// at m1 at 240. Red is at its height 120 degrees ahead of green, blue as far behind.
+template <class Value, int N>
+ZIM_INLINE Pixels<Zim32f, N, 3> rgbAround(Lane<Zim32f, N> degrees, const Value& value) {
+  using Floats = Lane<Zim32f, N>;
+  const auto ahead = degrees + 120.0F, behind = degrees - 120.0F;
+  return {value(select(ahead > Floats(360.0F), ahead - 360.0F, ahead)), value(degrees),
+          value(select(behind < Floats(0.0F), behind + 360.0F, behind))};
+}
+
+// Rising: (m2 - m1) t / 60 + m1, falling: (m2 - m1) (240 - t) / 60 + m1. Gray needs no case of its own as long as hue
+// is finite: m1 and m2 are then both L, exactly.
+template <int N>
+ZIM_INLINE Pixels<Zim32f, N, 3> toUnitRgb(Lane<Zim32f, N> degrees, Lane<Zim32f, N> l, Lane<Zim32f, N> s) {
+  using Floats = Lane<Zim32f, N>;
+  const Extremes<N> of(l, s);
+  return rgbAround(degrees, [&](Floats t) ZIM_LAMBDA {
+    const auto rises = t < Floats(60.0F), atHeight = (t < Floats(180.0F)) & ~rises;
+    const auto ramp = of.range * select(rises, t, 240.0F - t) / 60.0F + of.m1;
+    return select(t < Floats(240.0F), select(atHeight, of.m2, ramp), of.m1);
+  });
+}
+
+// Any floats: where saturation is 0, hue does not count, whatever it is.
+struct FromHls32f {
+  using Sample = Zim32f;
+
+  template <int N>
+  ZIM_INLINE Pixels<Zim32f, N, 3> operator()(const Pixels<Zim32f, N, 3>& hls) const {
+    const auto& [h, l, s] = hls;
+    const auto rgb = toUnitRgb(h * 360.0F, l, s);
+    const auto isGray = s == Lane<Zim32f, N>(0.0F);
+    return perChannel<3>([&](auto c) ZIM_LAMBDA { return select(isGray, hls[1], rgb[c]); });
+  }
+};
+
+// Words, rounded.
+struct FromHls16u {
+  using Sample = Zim32f;
+
+  template <int N>
+  ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& hls) const {
+    constexpr Zim32f full = kFull<Zim16u>;
+    const auto rgb = toUnitRgb(hls[0] * 360.0F / full, hls[1] / full, hls[2] / full);
+    return perChannel<3>([&](auto c) ZIM_LAMBDA { return truncate(rgb[c] * full + 0.5F); });
+  }
+};
+
+// Bytes, rounded. Divided by 60 as a product, and without the selections, the channels differ in their last bits; none
+// of the 2^24 colours rounds to another byte.
+struct FromHls8u {
+  using Sample = Zim32f;
+
+  template <int N>
+  ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& hls) const {
+    using Floats = Lane<Zim32f, N>;
+    const Extremes<N> of(of255<1>(hls[1]), of255<1>(hls[2]));
+    const auto rgb = rgbAround(of255<360>(hls[0]), [&](Floats t) ZIM_LAMBDA {
+      return of.range * clamp(smaller(t, 240.0F - t), 0.0F, 60.0F) * (1.0F / 60.0F) + of.m1;
+    });
+    return perChannel<3>([&](auto c) ZIM_LAMBDA { return truncate(rgb[c] * 255.0F + 0.5F); });
+  }
+};
+
+// Bytes, rounded down, which the last bits decide.
+struct HlsToBgr {
+  using Sample = Zim16s;
+
+  template <int N>
+  ZIM_INLINE Pixels<Zim16s, N, 3> operator()(const Pixels<Zim16s, N, 3>& hls) const {
+    const auto& [h, l, s] = perChannel<3>([&](auto c) ZIM_LAMBDA { return convert<Zim32f>(hls[c]); });
+    const auto rgb = toUnitRgb(of255<360>(h), of255<1>(l), of255<1>(s));
+    return perChannel<3>([&](auto c) ZIM_LAMBDA { return Down::stored(rgb[2 - c] * 255.0F); });
+  }
+};
+
+using ToHls8u = ToHls<Zim8u, Zim16s>;
+using ToHls16u = ToHls<Zim16u, Zim32f>;
+using ToHls16s = MovedUp<ToHls16u>;
+using FromHls16s = MovedUp<FromHls16u>;
+using AlphaBgrToHls = KeepAlpha<BgrToHls<Down>>;
+using AlphaHlsToBgr = KeepAlpha<HlsToBgr>;
+
+using Bytes = Rules<N_S, Offsets::bytes32, RowParallel>;
+using Elements = Rules<N_S, Offsets::elements32, RowParallel>;
+using StepsLast = Rules<N_S_T, Offsets::bytes, AlwaysParallel>;
+using StepsFirst = Rules<N_Q_T_S, Offsets::bytes, AlwaysParallel>;
+
+}  // namespace
+
+// clang-format off
+//            export                     rules       source        destination   further  kernel
+ZIM_PIXELWISE(zimiRGBToHLS_8u_C3R,       Bytes,      C3<Zim8u>,    C3<Zim8u>,    (),      ToHls8u{})
+ZIM_PIXELWISE(zimiRGBToHLS_8u_AC4R,      Bytes,      AC4<Zim8u>,   AC4<Zim8u>,   (),      ToHls8u{})
+ZIM_PIXELWISE(zimiRGBToHLS_16u_C3R,      Elements,   C3<Zim16u>,   C3<Zim16u>,   (),      ToHls16u{})
+ZIM_PIXELWISE(zimiRGBToHLS_16u_AC4R,     Elements,   AC4<Zim16u>,  AC4<Zim16u>,  (),      ToHls16u{})
+ZIM_PIXELWISE(zimiRGBToHLS_16s_C3R,      Elements,   C3<Zim16s>,   C3<Zim16s>,   (),      ToHls16s{})
+ZIM_PIXELWISE(zimiRGBToHLS_16s_AC4R,     Elements,   AC4<Zim16s>,  AC4<Zim16s>,  (),      ToHls16s{})
+ZIM_PIXELWISE(zimiRGBToHLS_32f_C3R,      Elements,   C3<Zim32f>,   C3<Zim32f>,   (),      ToHls32f{})
+ZIM_PIXELWISE(zimiRGBToHLS_32f_AC4R,     Elements,   AC4<Zim32f>,  AC4<Zim32f>,  (),      ToHls32f{})
+
+ZIM_PIXELWISE(zimiHLSToRGB_8u_C3R,       Bytes,      C3<Zim8u>,    C3<Zim8u>,    (),      FromHls8u{})
+ZIM_PIXELWISE(zimiHLSToRGB_8u_AC4R,      Bytes,      AC4<Zim8u>,   AC4<Zim8u>,   (),      FromHls8u{})
+ZIM_PIXELWISE(zimiHLSToRGB_16u_C3R,      Elements,   C3<Zim16u>,   C3<Zim16u>,   (),      FromHls16u{})
+ZIM_PIXELWISE(zimiHLSToRGB_16u_AC4R,     Elements,   AC4<Zim16u>,  AC4<Zim16u>,  (),      FromHls16u{})
+ZIM_PIXELWISE(zimiHLSToRGB_16s_C3R,      Elements,   C3<Zim16s>,   C3<Zim16s>,   (),      FromHls16s{})
+ZIM_PIXELWISE(zimiHLSToRGB_16s_AC4R,     Elements,   AC4<Zim16s>,  AC4<Zim16s>,  (),      FromHls16s{})
+ZIM_PIXELWISE(zimiHLSToRGB_32f_C3R,      Elements,   C3<Zim32f>,   C3<Zim32f>,   (),      FromHls32f{})
+ZIM_PIXELWISE(zimiHLSToRGB_32f_AC4R,     Elements,   AC4<Zim32f>,  AC4<Zim32f>,  (),      FromHls32f{})
+
+ZIM_PIXELWISE(zimiBGRToHLS_8u_AC4R,      StepsLast,  AC4<Zim8u>,   AC4<Zim8u>,   (),      BgrToHls<HalvesDown>{})
+ZIM_PIXELWISE(zimiBGRToHLS_8u_AC4P4R,    StepsFirst, C4<Zim8u>,    AP4<Zim8u>,   (),      AlphaBgrToHls{})
+ZIM_PIXELWISE(zimiBGRToHLS_8u_AP4C4R,    StepsFirst, AP4<Zim8u>,   C4<Zim8u>,    (),      AlphaBgrToHls{})
+ZIM_PIXELWISE(zimiBGRToHLS_8u_AP4R,      StepsFirst, AP4<Zim8u>,   AP4<Zim8u>,   (),      AlphaBgrToHls{})
+ZIM_PIXELWISE(zimiBGRToHLS_8u_C3P3R,     StepsFirst, C3<Zim8u>,    P3<Zim8u>,    (),      BgrToHls<Down>{})
+ZIM_PIXELWISE(zimiBGRToHLS_8u_P3C3R,     StepsFirst, P3<Zim8u>,    C3<Zim8u>,    (),      BgrToHls<Down>{})
+ZIM_PIXELWISE(zimiBGRToHLS_8u_P3R,       StepsFirst, P3<Zim8u>,    P3<Zim8u>,    (),      BgrToHls<Down>{})
+
+ZIM_PIXELWISE(zimiHLSToBGR_8u_AC4P4R,    StepsFirst, C4<Zim8u>,    AP4<Zim8u>,   (),      AlphaHlsToBgr{})
+ZIM_PIXELWISE(zimiHLSToBGR_8u_AP4C4R,    StepsFirst, AP4<Zim8u>,   C4<Zim8u>,    (),      AlphaHlsToBgr{})
+ZIM_PIXELWISE(zimiHLSToBGR_8u_AP4R,      StepsFirst, AP4<Zim8u>,   AP4<Zim8u>,   (),      AlphaHlsToBgr{})
+ZIM_PIXELWISE(zimiHLSToBGR_8u_C3P3R,     StepsFirst, C3<Zim8u>,    P3<Zim8u>,    (),      HlsToBgr{})
+ZIM_PIXELWISE(zimiHLSToBGR_8u_P3C3R,     StepsFirst, P3<Zim8u>,    C3<Zim8u>,    (),      HlsToBgr{})
+ZIM_PIXELWISE(zimiHLSToBGR_8u_P3R,       StepsFirst, P3<Zim8u>,    P3<Zim8u>,    (),      HlsToBgr{})
