@@ -41,7 +41,7 @@ struct Order {
     } else if constexpr (test == Test::size) {
       constexpr ZimiSize least = leastSize<Arguments>();
       return arguments.roiSize.width >= least.width && arguments.roiSize.height >= least.height ? zimResultOk
-                                                                                              : zimResultBadSize;
+                                                                                                : zimResultBadSize;
     } else {
       return arguments.stepsPositive() ? zimResultOk : zimResultBadStep;
     }

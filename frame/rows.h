@@ -32,8 +32,8 @@ std::ptrdiff_t rowOffset(Zim32s row, Zim32s step) {
     return wrappingProduct(row, step);
   } else {
     constexpr int shift = sampleBytes == 1 ? 0 : sampleBytes == 2 ? 1 : sampleBytes == 4 ? 2 : 3;
-    const std::ptrdiff_t samples = offsets == Offsets::elements ? std::ptrdiff_t{row} * (step >> shift)
-                                                                : wrappingProduct(row, step >> shift);
+    const std::ptrdiff_t samples =
+        offsets == Offsets::elements ? std::ptrdiff_t{row} * (step >> shift) : wrappingProduct(row, step >> shift);
     return samples * sampleBytes;
   }
 }

@@ -1,5 +1,5 @@
-// Ordered dither of packed pixels: a sample of 8 bits becomes the level below it or the one above, by a threshold out of
-// a pattern of 4 x 4 that starts at the first pixel of the region and is the same for all three fields.
+// Ordered dither of packed pixels: a sample of 8 bits becomes the level below it or the one above, by a threshold out
+// of a pattern of 4 x 4 that starts at the first pixel of the region and is the same for all three fields.
 #pragma once
 
 #include "lumachroma/packed_pixels.h"
@@ -25,7 +25,9 @@ inline constexpr Thresholds T6 = [] {
 }();
 
 template <int bits>
-inline constexpr const Thresholds& kThresholds = bits == 4 ? T4 : bits == 5 ? T5 : T6;
+inline constexpr const Thresholds& kThresholds = bits == 4   ? T4
+                                                 : bits == 5 ? T5
+                                                             : T6;
 
 // Words as of Truncated, with fields of so many bits made so of a sample c:
 //   q = (c (2^bits - 1)) >> 8,  r = 256 c - q step,  field = q + (r > threshold ? 1 : 0)

@@ -20,8 +20,8 @@ inline constexpr WordFormat BGR444 = {Order::bgr, 4, 4}, RGB444 = {Order::rgb, 4
 inline constexpr WordFormat BGR555 = {Order::bgr, 5, 5}, RGB555 = {Order::rgb, 5, 5};
 inline constexpr WordFormat BGR565 = {Order::bgr, 5, 6}, RGB565 = {Order::rgb, 5, 6};
 
-// Words from bytes, which come in the order of their fields from bit 0 up: the high bits of each. The two bytes of a word
-// are put together as such; the field of green reaches into both.
+// Words from bytes, which come in the order of their fields from bit 0 up: the high bits of each. The two bytes of a
+// word are put together as such; the field of green reaches into both.
 template <WordFormat format>
 struct Truncated {
   using Sample = Zim8u;
@@ -48,8 +48,8 @@ struct ToWords {
 
   template <int N>
   ZIM_INLINE void store(Position<std::byte, 1> to, const Pixels<Zim16s, N, 3>& rgb, Place place) const {
-    const auto fields = perChannel<3>(
-        [&](auto c) ZIM_LAMBDA { return narrow<Zim8u>(rgb[format.order == Order::rgb ? c : 2 - c]); });
+    const auto fields =
+        perChannel<3>([&](auto c) ZIM_LAMBDA { return narrow<Zim8u>(rgb[format.order == Order::rgb ? c : 2 - c]); });
     const auto [words] = Kernel()(fields, place);
     if constexpr (N > 1) {
       Layout::store<N>(to, {inOrder<N>(words)});

@@ -1,7 +1,7 @@
 // Conversions to RGB of images whose pixels share samples of chroma.
 //
-// A source says where luma and chroma lie, a kernel (transforms.h) what they mean, a sink what becomes of R, G, B, and a
-// rule for lone columns what is done where a row ends within a group of pixels that share chroma.
+// A source says where luma and chroma lie, a kernel (transforms.h) what they mean, a sink what becomes of R, G, B, and
+// a rule for lone columns what is done where a row ends within a group of pixels that share chroma.
 //
 // A strip is as many rows as share chroma. Pixels pass woven, even ones in the first half of the lanes and odd ones in
 // the second, so that the terms of chroma of a pair serve as they are for both.
@@ -355,9 +355,9 @@ ZIM_INLINE void decodeStrip(const Lines<Source>& strip, const Rows<Source, Sink>
       }
       return Source::chromaAt(strip, x);
     }();
-    decodeBlock<Source, 1>(
-        [&](std::size_t row) ZIM_LAMBDA { return Lane<Zim16s, 1>(Source::lumaAt(strip, row, x)); },
-        Pixels<Zim16s, 1, 2>{Lane<Zim16s, 1>(u), Lane<Zim16s, 1>(v)}, moved(rows, x), placeAt(x), kernel, sink);
+    decodeBlock<Source, 1>([&](std::size_t row) ZIM_LAMBDA { return Lane<Zim16s, 1>(Source::lumaAt(strip, row, x)); },
+                           Pixels<Zim16s, 1, 2>{Lane<Zim16s, 1>(u), Lane<Zim16s, 1>(v)}, moved(rows, x), placeAt(x),
+                           kernel, sink);
   }
 }
 
@@ -433,8 +433,8 @@ ZIM_INLINE ZimResult decode(const Call& call, const Sink& sinkOfCall) {
       to[row] = start.at(rowOffset<Rules::offsets, typename Layout::Sample>(y[row], call.dstStep));
     });
     forChannels<Source::planes - 1>([&](auto i) ZIM_LAMBDA {
-      from.plane[Source::down + i] = reinterpret_cast<const std::byte*>(call.pSrc[i + 1]) +
-                                     std::ptrdiff_t{top / down} * call.srcStep[i + 1];
+      from.plane[Source::down + i] =
+          reinterpret_cast<const std::byte*>(call.pSrc[i + 1]) + std::ptrdiff_t{top / down} * call.srcStep[i + 1];
     });
     decodeStrip<Source, typename Rules::LoneColumns>(from, to, y, width, Kernel{}, sink);
   }
@@ -466,27 +466,27 @@ constexpr Zim32s contiguousStep(Zim32s width) {
 #define ZIM_AND_FURTHER(...) __VA_OPT__(, ) __VA_ARGS__
 
 // The bodies of exports: rules, source, sink, kernel, further parameters in parentheses, and what the sink is told.
-#define ZIM_DECODE_INTERLEAVED(name, rules, Source, Sink, Kernel, parameters, ...)                                  \
-  ZimResult ZIM_BODY(name)(const Zim8u* pSrc, Zim32s srcStep, Sink::Layout::Destination pDst, Zim32s dstStep,       \
-                           ZimiSize roiSize ZIM_AND_FURTHER parameters) {                                           \
-    return decode<rules, Source, Kernel>(std::array{pSrc}, std::array{srcStep}, pDst, dstStep, roiSize,             \
-                                         Sink{__VA_ARGS__});                                                        \
+#define ZIM_DECODE_INTERLEAVED(name, rules, Source, Sink, Kernel, parameters, ...)                            \
+  ZimResult ZIM_BODY(name)(const Zim8u* pSrc, Zim32s srcStep, Sink::Layout::Destination pDst, Zim32s dstStep, \
+                           ZimiSize roiSize ZIM_AND_FURTHER parameters) {                                     \
+    return decode<rules, Source, Kernel>(std::array{pSrc}, std::array{srcStep}, pDst, dstStep, roiSize,       \
+                                         Sink{__VA_ARGS__});                                                  \
   }
-#define ZIM_DECODE_PLANES(name, rules, Source, Sink, Kernel, parameters, ...)                                       \
-  ZimResult ZIM_BODY(name)(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Sink::Layout::Destination pDst,     \
-                           Zim32s dstStep, ZimiSize roiSize ZIM_AND_FURTHER parameters) {                           \
-    return decode<rules, Source, Kernel>(pSrc, srcStep, pDst, dstStep, roiSize, Sink{__VA_ARGS__});                 \
+#define ZIM_DECODE_PLANES(name, rules, Source, Sink, Kernel, parameters, ...)                                   \
+  ZimResult ZIM_BODY(name)(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Sink::Layout::Destination pDst, \
+                           Zim32s dstStep, ZimiSize roiSize ZIM_AND_FURTHER parameters) {                       \
+    return decode<rules, Source, Kernel>(pSrc, srcStep, pDst, dstStep, roiSize, Sink{__VA_ARGS__});             \
   }
-#define ZIM_DECODE_TWO_PLANES(name, rules, Source, Sink, Kernel, parameters, ...)                                   \
-  ZimResult ZIM_BODY(name)(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr, Zim32s srcCbCrStep,          \
-                           Sink::Layout::Destination pDst, Zim32s dstStep,                                          \
-                           ZimiSize roiSize ZIM_AND_FURTHER parameters) {                                           \
-    return decode<rules, Source, Kernel>(std::array{pSrcY, pSrcCbCr}, std::array{srcYStep, srcCbCrStep}, pDst,      \
-                                         dstStep, roiSize, Sink{__VA_ARGS__});                                      \
+#define ZIM_DECODE_TWO_PLANES(name, rules, Source, Sink, Kernel, parameters, ...)                              \
+  ZimResult ZIM_BODY(name)(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr, Zim32s srcCbCrStep,     \
+                           Sink::Layout::Destination pDst, Zim32s dstStep,                                     \
+                           ZimiSize roiSize ZIM_AND_FURTHER parameters) {                                      \
+    return decode<rules, Source, Kernel>(std::array{pSrcY, pSrcCbCr}, std::array{srcYStep, srcCbCrStep}, pDst, \
+                                         dstStep, roiSize, Sink{__VA_ARGS__});                                 \
   }
 // Images without gaps, whose steps follow from the width.
-#define ZIM_DECODE_CONTIGUOUS(name, rules, Source, Sink, Kernel)                                                    \
-  ZimResult ZIM_BODY(name)(const Zim8u* const pSrc[3], Sink::Layout::Destination pDst, ZimiSize roiSize) {          \
-    return decode<rules, Source, Kernel>(pSrc, contiguousSteps<Source>(roiSize.width), pDst,                        \
-                                         contiguousStep<Sink>(roiSize.width), roiSize, Sink{});                     \
+#define ZIM_DECODE_CONTIGUOUS(name, rules, Source, Sink, Kernel)                                           \
+  ZimResult ZIM_BODY(name)(const Zim8u* const pSrc[3], Sink::Layout::Destination pDst, ZimiSize roiSize) { \
+    return decode<rules, Source, Kernel>(pSrc, contiguousSteps<Source>(roiSize.width), pDst,               \
+                                         contiguousStep<Sink>(roiSize.width), roiSize, Sink{});            \
   }

@@ -91,7 +91,8 @@ struct Decode {
 
 // ---- Decoders of pixels that share chroma ----
 //
-// The kernel is in two parts, the terms of chroma once for all pixels that share it, and the pixels from luma and terms:
+// The kernel is in two parts, the terms of chroma once for all pixels that share it, and the pixels from luma and
+// terms:
 //     template <int N> std::array<Lane<T, N>, Terms> chroma(Lane<Zim16s, N> u, Lane<Zim16s, N> v) const;
 //     template <int N> Pixels<Zim16s, N, 3> pixels(Lane<Zim16s, N> y, std::array<Lane<T, N>, Terms> terms) const;
 // The results are R, G, B before saturation.
@@ -110,9 +111,8 @@ struct DecoderRows {
 };
 
 // D601 truncating, but for biases that are 57, 14 and 13 less.
-inline constexpr DecoderRows K601 = {{{76284, 0, 104595}, -14608761},
-                                     {{76284, -25690, -53281}, 8887730},
-                                     {{76284, 132186, 0}, -18140365}};
+inline constexpr DecoderRows K601 = {
+    {{76284, 0, 104595}, -14608761}, {{76284, -25690, -53281}, 8887730}, {{76284, 132186, 0}, -18140365}};
 
 // Each channel in two limbs: that of luma and that of chroma meet in a comparison.
 template <DecoderRows rows>
@@ -135,9 +135,7 @@ struct DecodeShared {
       return {y + terms[0], y + terms[1], y + terms[2]};
     } else {
       const auto luma = product<rows.r.c[0]>(y);
-      return perChannel<3>([&](auto c) ZIM_LAMBDA {
-        return highOfSum(luma, Limbs<N>{terms[c], terms[c + 3]});
-      });
+      return perChannel<3>([&](auto c) ZIM_LAMBDA { return highOfSum(luma, Limbs<N>{terms[c], terms[c + 3]}); });
     }
   }
 

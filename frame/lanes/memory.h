@@ -400,9 +400,8 @@ ZIM_INLINE Pixels<Zim8u, N, 1> inOrder(const Pixels<Zim16s, N, 1>& woven) {
 }
 template <int N>
 ZIM_INLINE Pixels<Zim8u, N, 2> inOrder(const Pixels<Zim16s, N, 2>& woven) {
-  const auto bytes = [](Lane<Zim16s, N / 2> a, Lane<Zim16s, N / 2> b) ZIM_LAMBDA {
-    return (Register)narrow<Zim8u>(Lane<Zim16s, N>::join(a, b)).v;
-  };
+  const auto bytes = [](Lane<Zim16s, N / 2> a, Lane<Zim16s, N / 2> b)
+                         ZIM_LAMBDA { return (Register)narrow<Zim8u>(Lane<Zim16s, N>::join(a, b)).v; };
   const auto& [a, b] = woven;
   const Register even = bytes(a.v.lo, b.v.lo), odd = bytes(a.v.hi, b.v.hi);
   return {Lane<Zim8u, N>::of((typename Lane<Zim8u, N>::Value)unpackLow<1>(even, odd)),
