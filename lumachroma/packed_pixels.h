@@ -51,11 +51,7 @@ struct ToWords {
     const auto fields =
         perChannel<3>([&](auto c) ZIM_LAMBDA { return narrow<Zim8u>(rgb[format.order == Order::rgb ? c : 2 - c]); });
     const auto [words] = Kernel()(fields, place);
-    if constexpr (N > 1) {
-      Layout::store<N>(to, {inOrder<N>(words)});
-    } else {
-      Layout::store<N>(to, {words});
-    }
+    Layout::store<N>(to, {inOrder<N>(words)});
   }
 };
 

@@ -203,18 +203,11 @@ struct ToBytes {
 
   template <int N>
   ZIM_INLINE void store(Position<std::byte, Layout::planes> to, const Pixels<Zim16s, N, 3>& rgb, Place) const {
-    const auto& [r, g, b] = rgb;
-    const Pixels<Zim16s, N, 3> channels = order == Order::rgb ? rgb : Pixels<Zim16s, N, 3>{b, g, r};
+    const auto channels = perChannel<3>([&](auto c) ZIM_LAMBDA { return rgb[order == Order::rgb ? c : 2 - c]; });
     if constexpr (N > 1 && std::is_same_v<Layout, C3<Zim8u>>) {
       C3<Zim16u>::store<N / 2>(to, unweave<N>(channels));
     } else {
-      const auto bytes = [&] {
-        if constexpr (N > 1) {
-          return inOrder<N>(channels);
-        } else {
-          return perChannel<3>([&](auto c) ZIM_LAMBDA { return narrow<Zim8u>(channels[c]); });
-        }
-      }();
+      const auto bytes = inOrder<N>(channels);
       Layout::template store<N>(to, perChannel<Layout::channels>([&](auto c) ZIM_LAMBDA {
                                   if constexpr (c < 3) {
                                     return bytes[c];

@@ -138,7 +138,7 @@ ZIM_INLINE Limbs<N> product(Lane<Zim16s, N> x) {
     return {plusMultiple<whole>(Lane<Zim16s, N>(0), x), Zim16s{-32768}};
   } else {
     const Lane<Zim16s, N> factors = factor;
-    return {plusMultiple<whole>(multiplyHigh(x, factors), x), (x * factors) ^ Lane<Zim16s, N>(-32768)};
+    return {plusMultiple<whole>(multiplyHigh(x, factors), x), x * factors + Zim16s{-32768}};
   }
 }
 

@@ -408,18 +408,28 @@ ZIM_INLINE Pixels<Zim8u, N, 2> inOrder(const Pixels<Zim16s, N, 2>& woven) {
           Lane<Zim8u, N>::of((typename Lane<Zim8u, N>::Value)unpackHigh<1>(even, odd))};
 }
 template <int N>
-ZIM_INLINE Pixels<Zim8u, N, 3> inOrder(const Pixels<Zim16s, N, 3>& woven) {
+ZIM_INLINE Pixels<Zim8u, N, 3> inOrder(const Pixels<Zim16s, N, 3>& woven) requires(N > 1) {
   const auto [a, b] = inOrder<N>(Pixels<Zim16s, N, 2>{woven[0], woven[1]});
   return {a, b, inOrder<N>(Pixels<Zim16s, N, 1>{woven[2]})[0]};
+}
+
+// A single pixel is in order as it is.
+template <int N, std::size_t Channels>
+ZIM_INLINE Pixels<Zim8u, N, Channels> inOrder(const Pixels<Zim16s, N, Channels>& pixel) requires(N == 1) {
+  return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return narrow<Zim8u>(pixel[c]); });
 }
 
 // Woven words in the order of memory again.
 template <int N>
 ZIM_INLINE Lane<Zim16u, N> inOrder(Lane<Zim16u, N> woven) {
-  using Half = Lane<Zim16u, N / 2>;
-  const auto even = (Register)woven.v.lo.v, odd = (Register)woven.v.hi.v;
-  return Lane<Zim16u, N>::join(Half::of((typename Half::Value)unpackLow<2>(even, odd)),
-                               Half::of((typename Half::Value)unpackHigh<2>(even, odd)));
+  if constexpr (N == 1) {
+    return woven;
+  } else {
+    using Half = Lane<Zim16u, N / 2>;
+    const auto even = (Register)woven.v.lo.v, odd = (Register)woven.v.hi.v;
+    return Lane<Zim16u, N>::join(Half::of((typename Half::Value)unpackLow<2>(even, odd)),
+                                 Half::of((typename Half::Value)unpackHigh<2>(even, odd)));
+  }
 }
 
 // Bytes in 16-bit lanes, each in so many lanes one after another; as many bytes as fill one register that way.
