@@ -42,6 +42,35 @@ Prepare job(Decoder decode, const libyuv::YuvConstants& matrix) {
   };
 }
 
+// Decoders with a matrix of their own.
+Prepare job(int (*decode)(const Byte*, int, const Byte*, int, const Byte*, int, Byte*, int, int, int)) {
+  return [=](Image& source, Image& destination) -> Call {
+    return [=, from = picture(source, 3), to = picture(destination, 1), size = source.size()] {
+      return decode(from.data[0], from.step[0], from.data[1], from.step[1], from.data[2], from.step[2], to.data[0],
+                    to.step[0], size.width, size.height) == 0;
+    };
+  };
+}
+
+Prepare job(int (*decode)(const Byte*, int, const Byte*, int, Byte*, int, int, int)) {
+  return [=](Image& source, Image& destination) -> Call {
+    return [=, from = picture(source, 2), to = picture(destination, 1), size = source.size()] {
+      return decode(from.data[0], from.step[0], from.data[1], from.step[1], to.data[0], to.step[0], size.width,
+                    size.height) == 0;
+    };
+  };
+}
+
+// A null pattern selects libyuv's own.
+Prepare ditherJob() {
+  return [](Image& source, Image& destination) -> Call {
+    return [from = picture(source, 3), to = picture(destination, 1), size = source.size()] {
+      return libyuv::I420ToRGB565Dither(from.data[0], from.step[0], from.data[1], from.step[1], from.data[2],
+                                        from.step[2], to.data[0], to.step[0], nullptr, size.width, size.height) == 0;
+    };
+  };
+}
+
 // Sepia in units of 1/64, alpha kept.
 Prepare colourMatrix() {
   return job([](const Byte* source, int sourceStep, Byte* destination, int destinationStep, int width, int height) {
@@ -82,6 +111,24 @@ const Enter entered([] {
       {"zimiYCbCrToRGB_8u_P3C4R", "I444ToARGB", job(I444ToARGBMatrix, kYuvI601Constants)},
       {"zimiYCbCrToBGR_8u_P3C4R", "I444ToARGB", job(I444ToARGBMatrix, kYuvI601Constants)},
       {"zimiYCbCrToBGR_709CSC_8u_P3C4R", "H444ToARGB", job(I444ToARGBMatrix, kYuvH709Constants)},
+
+      {"zimiYCbCr420ToRGB_8u_P3C3R", "I420ToRAW", job(I420ToRAW)},
+      {"zimiYCbCr420ToBGR_8u_P3C3R", "I420ToRGB24", job(I420ToRGB24Matrix, kYuvI601Constants)},
+      {"zimiYCbCr420ToBGR_709CSC_8u_P3C3R", "H420ToRGB24", job(I420ToRGB24Matrix, kYuvH709Constants)},
+      {"zimiYUV420ToBGR_8u_P3C3R", "J420ToRGB24", job(I420ToRGB24Matrix, kYuvJPEGConstants)},
+      {"zimiYCbCr420ToBGR_8u_P3C4R", "I420ToARGB", job(I420ToARGBMatrix, kYuvI601Constants)},
+      {"zimiYCbCr420ToBGR_709HDTV_8u_P3C4R", "F420ToARGB", job(I420ToARGBMatrix, kYuvF709Constants)},
+      {"zimiYCbCr420ToRGB_8u_P2C3R", "NV12ToRAW", job(NV12ToRAW)},
+      {"zimiYCbCr420ToRGB_8u_P2C4R", "NV12ToARGB", job(NV12ToARGB)},
+      {"zimiYCbCr422ToRGB_8u_P3C3R", "I422ToRGB24", job(I422ToRGB24Matrix, kYuvI601Constants)},
+      {"zimiYUV422ToRGB_8u_P3AC4R", "J422ToARGB", job(I422ToARGBMatrix, kYuvJPEGConstants)},
+      {"zimiCbYCr422ToBGR_8u_C2C4R", "UYVYToARGB", job(UYVYToARGB)},
+      {"zimiYCbCr422ToBGR_8u_C2C4R", "YUY2ToARGB", job(YUY2ToARGB)},
+      {"zimiYCbCr420ToBGR565_8u16u_P3C3R", "I420ToRGB565", job(I420ToRGB565)},
+      {"zimiYCbCr420ToBGR555_8u16u_P3C3R", "I420ToARGB1555", job(I420ToARGB1555)},
+      {"zimiYCbCr420ToBGR444_8u16u_P3C3R", "I420ToARGB4444", job(I420ToARGB4444)},
+      {"zimiYCbCr422ToBGR565_8u16u_P3C3R", "I422ToRGB565", job(I422ToRGB565)},
+      {"zimiYCbCr420ToBGR565Dither_8u16u_P3C3R", "I420ToRGB565Dither", ditherJob()},
 
       {"zimiColorTwist32f_8u_AC4R", "ARGBColorMatrix, 1/64, no offset", colourMatrix()},
       {"zimiColorTwist32f_8u_AC4IR", "ARGBColorMatrix, 1/64, no offset", colourMatrix()},

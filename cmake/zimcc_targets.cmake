@@ -50,7 +50,10 @@ set(ZIMCC_SOURCES
   frame/scratch.cpp
   frame/stubs.S
   frame/version.cpp
+  lumachroma/decoders.cpp
+  lumachroma/dithered.cpp
   lumachroma/full_resolution.cpp
+  lumachroma/packed_targets.cpp
   lumachroma/ycocg.cpp
   models/gray.cpp
   models/hls.cpp

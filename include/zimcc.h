@@ -449,6 +449,324 @@ ZimResult zimiYUVToRGB_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u*
                               ZimiSize roiSize);
 /** @} */
 
+/* ---- Decoders of shared chroma ----------------------------------------------------------------------------------
+ */
+
+/** \name Packed 4:2:2 to RGB and BGR
+ *
+ * Chroma applies as it is to both pixels of a pair. A pair is Y0 Cb Y1 Cr in YCbCr422, Y0 Cr Y1 Cb in YCrCb422,
+ * Cb Y0 Cr Y1 in CbYCr422, Y0 U Y1 V in YUV422. A lone last pixel of an odd width has its luma and the pair's first
+ * chroma sample, and takes the other from the pair before; in an image of one column its one sample serves as both.
+ * YCbCr is BT.601 in studio range, rounded (CbYCr422) or truncated; 709HDTV is BT.709 in full range, rounded; YUV is in
+ * full range, truncated. C4 stores aval as the fourth sample. Any size from 1 x 1; YCbCr422ToBGR from 2 x 1.
+ * @{ */
+ZimResult zimiCbYCr422ToRGB_8u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiCbYCr422ToBGR_8u_C2C4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                     Zim8u aval);
+ZimResult zimiCbYCr422ToBGR_709HDTV_8u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                             ZimiSize roiSize);
+ZimResult zimiCbYCr422ToBGR_709HDTV_8u_C2C4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                             ZimiSize roiSize, Zim8u aval);
+ZimResult zimiYCbCr422ToRGB_8u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                                     ZimiSize roiSize);
+ZimResult zimiYCrCb422ToRGB_8u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCrCb422ToRGB_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                                     ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR_8u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR_8u_C2C4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                     Zim8u aval);
+ZimResult zimiYUV422ToRGB_8u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name Planar 4:2:2 to RGB and BGR
+ *
+ * One chroma sample for two pixels of a row, planes with a step each. The chroma planes have (width + 1) / 2 columns,
+ * the last of which serves a lone last pixel; zimiYCbCr422ToBGR_8u_P3C3R leaves that pixel alone instead. YCbCr is
+ * BT.601 in studio range, rounded in RGB order and truncated in BGR order; YUV is in full range, truncated. AC4 stores
+ * 0 as the fourth sample. Names without R are of images without gaps: rows of width samples of luma and of (width + 1)
+ * / 2 of chroma. Any size from 1 x 1; zimiYCbCr422ToBGR_8u_P3C3R from 2 x 1, with its planes tested before the size.
+ * @{ */
+ZimResult zimiYCbCr422ToBGR_8u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                     ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB_8u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                     ZimiSize roiSize);
+ZimResult zimiYUV422ToRGB_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYUV422ToRGB_8u_P3(const Zim8u* const pSrc[3], Zim8u* const pDst[3], ZimiSize roiSize);
+ZimResult zimiYUV422ToRGB_8u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                   ZimiSize roiSize);
+ZimResult zimiYUV422ToRGB_8u_P3C3(const Zim8u* const pSrc[3], Zim8u* pDst, ZimiSize roiSize);
+ZimResult zimiYUV422ToRGB_8u_P3AC4R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                    ZimiSize roiSize);
+/** @} */
+
+/** \name 4:2:0 to RGB and BGR
+ *
+ * One pair of chroma for 2 x 2 pixels, planes with a step each; plane 1 of YCrCb420 is Cr; P2 has one plane of
+ * interleaved Cb and Cr. Whole blocks are converted: a lone last column or row is left alone, with zimWarnOddSize.
+ * YCbCr is BT.601 in studio range, rounded; zimiYCbCr420ToRGB_8u_P2C4R computes in single precision and truncates.
+ * 709CSC is BT.709 in studio range, 709HDTV in full range. YUV is in full range, truncated; P3AC4R is rounded and
+ * stores 0 as the fourth sample. C4 stores aval. Names without R are of images without gaps: rows of width samples of
+ * luma and of width / 2 of chroma. Any size from 1 x 1; zimiYUV420ToBGR_8u_P3C3R from 2 x 2. The P2 forms test the size
+ * first.
+ * @{ */
+ZimResult zimiYCbCr420ToRGB_8u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                     ZimiSize roiSize);
+ZimResult zimiYCbCr420ToBGR_8u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                     ZimiSize roiSize);
+ZimResult zimiYCbCr420ToBGR_8u_P3C4R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                     ZimiSize roiSize, Zim8u aval);
+ZimResult zimiYCrCb420ToRGB_8u_P3C4R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                     ZimiSize roiSize, Zim8u aval);
+ZimResult zimiYCbCr420ToRGB_8u_P2C3R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr, Zim32s srcCbCrStep,
+                                     Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToRGB_8u_P2C4R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr, Zim32s srcCbCrStep,
+                                     Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize, Zim8u aval);
+ZimResult zimiYCbCr420ToBGR_709CSC_8u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst,
+                                            Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToBGR_709HDTV_8u_P3C4R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst,
+                                             Zim32s dstStep, ZimiSize roiSize, Zim8u aval);
+ZimResult zimiYUV420ToBGR_8u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                   ZimiSize roiSize);
+ZimResult zimiYUV420ToRGB_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYUV420ToRGB_8u_P3(const Zim8u* const pSrc[3], Zim8u* const pDst[3], ZimiSize roiSize);
+ZimResult zimiYUV420ToRGB_8u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                   ZimiSize roiSize);
+ZimResult zimiYUV420ToRGB_8u_P3C3(const Zim8u* const pSrc[3], Zim8u* pDst, ZimiSize roiSize);
+ZimResult zimiYUV420ToRGB_8u_P3AC4R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                    ZimiSize roiSize);
+/** @} */
+
+/** \name Planar 4:1:1 to BGR
+ *
+ * One chroma sample for four pixels of a row, planes with a step each. BT.601 in studio range, truncated. The last one
+ * to three pixels of a width that is no multiple of 4 take the chroma of the group before. C4 stores aval as the fourth
+ * sample. From 4 x 1. Null planes are found before the size is tested.
+ * @{ */
+ZimResult zimiYCbCr411ToBGR_8u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                     ZimiSize roiSize);
+ZimResult zimiYCbCr411ToBGR_8u_P3C4R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                     ZimiSize roiSize, Zim8u aval);
+/** @} */
+
+/* ---- Packed 16-bit pixels ---------------------------------------------------------------------------------------
+ */
+
+/** \name RGB and BGR to packed 16-bit pixels
+ *
+ * One word a pixel: 5 bits of the first sample from bit 0, 6 bits of green from bit 5, 5 bits of the third from bit 11.
+ * Samples lose their low bits. Any size from 1 x 1; a step below 1 gives zimResultBadStep after the size is tested. The
+ * low bit of dstStep is dropped.
+ * @{ */
+ZimResult zimiBGRToBGR565_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToRGB565_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name Planar YCbCr to packed 16-bit pixels
+ *
+ * One word a pixel: BGR565 has blue in bits 0 to 4, green in 5 to 10, red in 11 to 15; BGR555 has green in 5 to 9, red
+ * in 10 to 14; BGR444 has four bits each from bit 0; RGB words have red and blue exchanged. Unused bits are 0. Samples
+ * are cut to their high bits. BT.601 in studio range, with terms cut to 1/16. Planes have a step each; one chroma
+ * sample serves one, two (422) or 2 x 2 pixels (420). All pixels are converted: the chroma planes have a column (and
+ * row) for a lone last column (and row) as well. Any size from 1 x 1. The low bit of dstStep is dropped.
+ * @{ */
+ZimResult zimiYCbCr420ToBGR444_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToBGR555_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToBGR565_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToRGB444_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToRGB555_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToRGB565_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR444_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR555_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR565_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB444_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB555_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB565_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCrToBGR444_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                        Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCrToBGR555_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                        Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCrToBGR565_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                        Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCrToRGB444_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                        Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCrToRGB555_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                        Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCrToRGB565_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                        Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name Packed 4:2:2 YCbCr to packed 16-bit pixels
+ *
+ * As above from pairs Y0 Cb Y1 Cr, with BT.601 in studio range, truncated. A lone last pixel takes its Cr from the pair
+ * before. An image of one column is an exception: each of its rows becomes three bytes R, G, B, whatever the order of
+ * the name, at distances of dstStep / 2 bytes; the last of them lies beyond the word of the pixel.
+ * @{ */
+ZimResult zimiYCbCr422ToBGR444_8u16u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                           ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR555_8u16u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                           ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR565_8u16u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                           ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB444_8u16u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                           ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB555_8u16u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                           ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB565_8u16u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                           ZimiSize roiSize);
+/** @} */
+
+/** \name Interleaved YCbCr to packed 16-bit pixels
+ *
+ * As above from three samples a pixel, with BT.601 in studio range, truncated.
+ * @{ */
+ZimResult zimiYCbCrToBGR444_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                      ZimiSize roiSize);
+ZimResult zimiYCbCrToBGR555_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                      ZimiSize roiSize);
+ZimResult zimiYCbCrToBGR565_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                      ZimiSize roiSize);
+ZimResult zimiYCbCrToRGB444_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                      ZimiSize roiSize);
+ZimResult zimiYCbCrToRGB555_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                      ZimiSize roiSize);
+ZimResult zimiYCbCrToRGB565_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                      ZimiSize roiSize);
+/** @} */
+
+/** \name Planar 4:2:0 YUV to packed 16-bit pixels
+ *
+ * As above in full range, truncated. All pixels are converted, except that nothing is written where the width or the
+ * height is 1.
+ * @{ */
+ZimResult zimiYUV420ToBGR444_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                         Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYUV420ToBGR555_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                         Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYUV420ToBGR565_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                         Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYUV420ToRGB444_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                         Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYUV420ToRGB555_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                         Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYUV420ToRGB565_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                         Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name Planar 4:1:1 YCbCr to packed 16-bit pixels
+ *
+ * As above with BT.601 in studio range, rounded. The last one to three pixels of a width that is no multiple of 4 take
+ * the chroma of the group before, and zimWarnOddSize is returned. From 4 x 1. Null planes are found before the size is
+ * tested. dstStep is exact.
+ * @{ */
+ZimResult zimiYCbCr411ToBGR555_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr411ToBGR565_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                           Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name YCbCr to packed 16-bit pixels with ordered dither
+ *
+ * Words as above. The 8-bit value of a channel becomes the level below or above it, by a threshold out of a pattern of
+ * 4 x 4 that starts at the region's first pixel; zero stays zero. BT.601 in studio range, with terms cut to 1/16. All
+ * pixels are converted: the chroma planes have a column (and row) for a lone last column (and row) as well; a lone last
+ * pixel of a packed row uses its one chroma sample as Cb and as Cr. Any size from 1 x 1. The low bit of dstStep is
+ * dropped.
+ * @{ */
+ZimResult zimiYCbCr420ToBGR444Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToBGR555Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToBGR565Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToRGB444Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToRGB555Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToRGB565Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR444Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR555Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR565Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB444Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB555Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB565Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                                 Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR444Dither_8u16u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                                 ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR555Dither_8u16u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                                 ZimiSize roiSize);
+ZimResult zimiYCbCr422ToBGR565Dither_8u16u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                                 ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB444Dither_8u16u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                                 ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB555Dither_8u16u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                                 ZimiSize roiSize);
+ZimResult zimiYCbCr422ToRGB565Dither_8u16u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                                 ZimiSize roiSize);
+ZimResult zimiYCbCrToBGR444Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                              Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCrToBGR555Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                              Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCrToBGR565Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                              Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCrToRGB444Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                              Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCrToRGB555Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                              Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCrToRGB565Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                              Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCrToBGR444Dither_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                            ZimiSize roiSize);
+ZimResult zimiYCbCrToBGR555Dither_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                            ZimiSize roiSize);
+ZimResult zimiYCbCrToBGR565Dither_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                            ZimiSize roiSize);
+ZimResult zimiYCbCrToRGB444Dither_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                            ZimiSize roiSize);
+ZimResult zimiYCbCrToRGB555Dither_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                            ZimiSize roiSize);
+ZimResult zimiYCbCrToRGB565Dither_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep,
+                                            ZimiSize roiSize);
+/** @} */
+
+/** \name YUV to packed 16-bit pixels with ordered dither
+ *
+ * As above in full range. Every size is converted.
+ * @{ */
+ZimResult zimiYUV420ToBGR444Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                               Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYUV420ToBGR555Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                               Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYUV420ToBGR565Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                               Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYUV420ToRGB444Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                               Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYUV420ToRGB555Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                               Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYUV420ToRGB565Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
+                                               Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
 /* ---- YCoCg ----------------------------------------------------------------------------------------------------------
  */
 

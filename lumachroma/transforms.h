@@ -25,6 +25,8 @@ struct DecoderSet {
 inline constexpr DecoderSet D601 = {76284, 104595, -25690, -53281, 132186, 16};
 inline constexpr DecoderSet D601b = {76282, 104593, -25689, -53279, 132184, 16};
 inline constexpr DecoderSet D709CSC = {76284, 117506, -13959, -34996, 138609, 16};
+inline constexpr DecoderSet D709HDTV = {65536, 100925, -11993, -30081, 119013, 0};
+inline constexpr DecoderSet D411 = {76294, 104595, -25625, -53281, 132186, 16};
 inline constexpr DecoderSet DYUV = {65536, 74711, -25821, -38076, 133169, 0};
 inline constexpr DecoderSet DYUVb = {65536, 74710, -25820, -38075, 133168, 0};
 
@@ -84,6 +86,109 @@ struct Decode {
     return {fixedDot<FixedRow{{set.luma, 0, set.redV}, bias}>(y, u, v),
             fixedDot<FixedRow{{set.luma, set.greenU, set.greenV}, bias}>(y, u, v),
             fixedDot<FixedRow{{set.luma, set.blueU, 0}, bias}>(y, u, v)};
+  }
+};
+
+// ---- Decoders of pixels that share chroma ----
+//
+// The kernel is in two parts, the terms of chroma once for all pixels that share it, and the pixels from luma and
+// terms:
+//     template <int N> std::array<Lane<T, N>, Terms> chroma(Lane<Zim16s, N> u, Lane<Zim16s, N> v) const;
+//     template <int N> Pixels<Zim16s, N, 3> pixels(Lane<Zim16s, N> y, std::array<Lane<T, N>, Terms> terms) const;
+// The results are R, G, B before saturation.
+
+// Rows over Y, U (or Cb) and V (or Cr) as they are, in which all that is constant is one bias.
+struct DecoderRows {
+  FixedRow r, g, b;
+
+  constexpr DecoderRows(FixedRow red, FixedRow green, FixedRow blue) : r(red), g(green), b(blue) {}
+  constexpr DecoderRows(const DecoderSet& set, Rounding rounding)
+      : r{{set.luma, 0, set.redV}, 0}, g{{set.luma, set.greenU, set.greenV}, 0}, b{{set.luma, set.blueU, 0}, 0} {
+    for (FixedRow* row : {&r, &g, &b}) {
+      row->bias = static_cast<Zim32s>(rounding) - set.luma * set.black - 128 * (row->c[1] + row->c[2]);
+    }
+  }
+};
+
+// D601 truncating, but for biases that are 57, 14 and 13 less.
+inline constexpr DecoderRows K601 = {
+    {{76284, 0, 104595}, -14608761}, {{76284, -25690, -53281}, 8887730}, {{76284, 132186, 0}, -18140365}};
+
+// Each channel in two limbs: that of luma and that of chroma meet in a comparison.
+template <DecoderRows rows>
+struct DecodeShared {
+  template <int N>
+  ZIM_INLINE auto chroma(Lane<Zim16s, N> u, Lane<Zim16s, N> v) const {
+    const auto r = plus<rows.r.bias>(product<rows.r.c[2]>(v));
+    const auto g = plus<rows.g.bias>(sum(product<rows.g.c[1]>(u), product<rows.g.c[2]>(v)));
+    const auto b = plus<rows.b.bias>(product<rows.b.c[1]>(u));
+    if constexpr (lumaIsWhole) {
+      return std::array{r.high, g.high, b.high};
+    } else {
+      return std::array{r.high, g.high, b.high, r.low, g.low, b.low};
+    }
+  }
+
+  template <int N, std::size_t Terms>
+  ZIM_INLINE Pixels<Zim16s, N, 3> pixels(Lane<Zim16s, N> y, const std::array<Lane<Zim16s, N>, Terms>& terms) const {
+    if constexpr (lumaIsWhole) {
+      return {y + terms[0], y + terms[1], y + terms[2]};
+    } else {
+      const auto luma = product<rows.r.c[0]>(y);
+      return perChannel<3>([&](auto c) ZIM_LAMBDA { return highOfSum(luma, Limbs<N>{terms[c], terms[c + 3]}); });
+    }
+  }
+
+ private:
+  static constexpr bool lumaIsWhole = rows.r.c[0] == 65536;
+};
+
+// Products each cut to 1/16 on its own, in factors of 1/8192 of those:
+//   L = ((Y - black) 128 luma) >> 16, tR = (cv redV) >> 16, ... with cv = 128 (V - 128), cu = 128 (U - 128)
+//   R = (L + tR) >> 4, G = (L - tGu - tGv) >> 4, B = (L + tB) >> 4
+// A luma of 8192, one for one, is not cut.
+struct ScaledSet {
+  Zim16s luma, redV, greenU, greenV, blueU, black;
+};
+
+inline constexpr ScaledSet S601 = {9535, 13074, 3211, 6660, 16523, 16};
+inline constexpr ScaledSet SYUV = {8192, 9338, 3227, 4759, 16646, 0};
+
+template <ScaledSet set>
+struct DecodeScaled {
+  template <int N>
+  ZIM_INLINE std::array<Lane<Zim16s, N>, 3> chroma(Lane<Zim16s, N> u, Lane<Zim16s, N> v) const {
+    const auto cu = (u << 7) - 16384, cv = (v << 7) - 16384;
+    return {scaled<set.redV>(cv), scaled<set.greenU>(cu) + scaled<set.greenV>(cv), scaled<set.blueU>(cu)};
+  }
+
+  template <int N>
+  ZIM_INLINE Pixels<Zim16s, N, 3> pixels(Lane<Zim16s, N> y, const std::array<Lane<Zim16s, N>, 3>& terms) const {
+    const auto l = scaled<set.luma>((y << 7) - Zim16s{128 * set.black});
+    return {(l + terms[0]) >> 4, (l - terms[1]) >> 4, (l + terms[2]) >> 4};
+  }
+
+ private:
+  template <Zim16s factor, int N>
+  ZIM_INLINE static Lane<Zim16s, N> scaled(Lane<Zim16s, N> x) {
+    return multiplyHigh(x, Lane<Zim16s, N>(factor));
+  }
+};
+
+// In single precision, step by step: l = (Y - 16) 1.164 + 0.5, R = l + 1.596 v, G = (l - 0.392 u) - 0.813 v,
+// B = l + 2.017 u; truncated.
+struct DecodeFloat {
+  template <int N>
+  ZIM_INLINE std::array<Lane<Zim32f, N>, 4> chroma(Lane<Zim16s, N> u, Lane<Zim16s, N> v) const {
+    const auto cu = toFloat(widen(u)) - 128.0F, cv = toFloat(widen(v)) - 128.0F;
+    return {cv * 1.596F, cu * 0.392F, cv * 0.813F, cu * 2.017F};
+  }
+
+  template <int N>
+  ZIM_INLINE Pixels<Zim16s, N, 3> pixels(Lane<Zim16s, N> y, const std::array<Lane<Zim32f, N>, 4>& terms) const {
+    const auto l = toFloat(widen(y - 16)) * 1.164F + 0.5F;
+    const auto cut = [](Lane<Zim32f, N> x) ZIM_LAMBDA { return narrow<Zim16s>(truncate(x)); };
+    return {cut(l + terms[0]), cut((l - terms[1]) - terms[2]), cut(l + terms[3])};
   }
 };
 

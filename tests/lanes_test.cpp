@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "frame/lanes/convert.h"
+#include "frame/lanes/fixed_point.h"
 #include "frame/lanes/memory.h"
 #include "tone/power_curve.h"
 
@@ -274,6 +275,82 @@ TEST(Conversion, WideProducts) {
   expectSameInAllForms<Zim16s, Zim16s>(
       "multiplyHigh", [](auto a, auto b) { return multiplyHigh(a, b); },
       [](Zim16s a, Zim16s b) { return static_cast<Zim16s>((a * b) >> 16); });
+  expectSameInAllForms<Zim16u, Zim16u>(
+      "multiplyHigh", [](auto a, auto b) { return multiplyHigh(a, b); },
+      [](Zim16u a, Zim16u b) { return static_cast<Zim16u>((Zim32u{a} * b) >> 16); });
+}
+
+TEST(Conversion, BytesAndWords) {
+  expectSameInAllForms<Zim16u, Zim8u>(
+      "joinBytes", [](auto a, auto b) { return joinBytes(a, b); },
+      [](Zim8u a, Zim8u b) { return static_cast<Zim16u>(a | b << 8); });
+  expectSameInAllForms<Zim8u, Zim8u>(
+      "movedBits right", [](auto a, auto) { return movedBits<3, 0x1C>(a); },
+      [](Zim8u a, Zim8u) { return static_cast<Zim8u>((a >> 3) & 0x1C); });
+  expectSameInAllForms<Zim8u, Zim8u>(
+      "movedBits left", [](auto a, auto) { return movedBits<-2, 0xE4>(a); },
+      [](Zim8u a, Zim8u) { return static_cast<Zim8u>((a << 2) & 0xE4); });
+}
+
+// Sums of products of bytes in 32 bits, of which the higher limb is compared.
+template <Zim32s c, Zim32s d, Zim32s bias>
+void expectSumInLimbs() {
+  expectSameInAllForms<Zim16s, Zim8u>(
+      "limbs",
+      [](auto a, auto b) {
+        return highOfSum(product<c>(widen(a)), plus<bias>(sum(product<d>(widen(b)), product<-d>(widen(a)))));
+      },
+      [](Zim8u a, Zim8u b) { return static_cast<Zim16s>((c * a + (d * b - d * a) + bias) >> 16); });
+}
+
+TEST(Conversion, SumsInLimbs) {
+  expectSumInLimbs<76284, 104595, -14608761>();
+  expectSumInLimbs<65536, -25821, 32768>();
+  expectSumInLimbs<-53281, 32768, 0>();
+  expectSumInLimbs<1, -1, -65536>();
+  expectSumInLimbs<98304, 65535, 65535>();
+}
+
+TEST(Woven, InOrderAgain) {
+  constexpr int block = kLanes<Zim8u>;
+  const auto bytes = samples<Zim8u>(6);
+  const auto words = samples<Zim16u>(7);
+  for (std::size_t i = 0; i + 3 * block <= bytes.size(); i += block) {
+    const Pixels<Zim8u, block, 3> pixels = {loadLanes<Zim8u, block>(&bytes[i]), loadLanes<Zim8u, block>(&bytes[i + 1]),
+                                            loadLanes<Zim8u, block>(&bytes[i + 2])};
+    // Below and above a byte, the samples of a channel saturate.
+    auto woven = weave<Zim16s>(pixels);
+    woven[1] = woven[1] * 3 - 100;
+    const auto back = inOrder<block>(woven);
+    for (std::size_t c = 0; c < 3; ++c) {
+      Zim8u result[block];
+      storeLanes<Zim8u, block>(result, back[c]);
+      for (std::size_t k = 0; k < block; ++k) {
+        const int x = bytes[i + c + k];
+        ASSERT_EQ(result[k], c == 1 ? std::clamp(3 * x - 100, 0, 255) : x);
+      }
+    }
+
+    const auto pair = load<Zim16u, block / 2, 2>(reinterpret_cast<const std::byte*>(&words[i]));
+    Zim16u result[block];
+    storeLanes<Zim16u, block>(result, inOrder<block>(Lane<Zim16u, block>::join(pair[0], pair[1])));
+    for (std::size_t k = 0; k < block; ++k) ASSERT_EQ(result[k], words[i + k]);
+  }
+}
+
+TEST(Woven, BytesSpread) {
+  constexpr std::size_t lanes = kLanes<Zim16s>;
+  const auto bytes = samples<Zim8u>(8);
+  const auto* p = reinterpret_cast<const std::byte*>(bytes.data());
+  for (std::size_t i = 0; i + lanes <= bytes.size(); ++i) {
+    Zim16s once[lanes], twice[lanes];
+    storeLanes<Zim16s, lanes>(once, loadSpread<1>(p + i));
+    storeLanes<Zim16s, lanes>(twice, loadSpread<2>(p + i));
+    for (std::size_t k = 0; k < lanes; ++k) {
+      ASSERT_EQ(once[k], bytes[i + k]);
+      ASSERT_EQ(twice[k], bytes[i + k / 2]);
+    }
+  }
 }
 
 template <class T>

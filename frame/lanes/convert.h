@@ -320,5 +320,50 @@ ZIM_INLINE Lane<Zim16s, N> multiplyHigh(Lane<Zim16s, N> a, Lane<Zim16s, N> b) {
   }
 }
 
+template <int N>
+ZIM_INLINE Lane<Zim16u, N> multiplyHigh(Lane<Zim16u, N> a, Lane<Zim16u, N> b) {
+  if constexpr (Lane<Zim16u, N>::form == Form::single) {
+    return Lane<Zim16u, N>(static_cast<Zim16u>((Zim32u{a.v} * b.v) >> 16));
+  } else if constexpr (Lane<Zim16u, N>::form == Form::split) {
+    return Lane<Zim16u, N>::join(multiplyHigh(a.v.lo, b.v.lo), multiplyHigh(a.v.hi, b.v.hi));
+  } else {
+    return Lane<Zim16u, N>::of((typename Lane<Zim16u, N>::Value)ZIM_MM(mulhi_epu16)((Register)a.v, (Register)b.v));
+  }
+}
+
+// Words of two bytes each, in the order of lanes.
+template <int N>
+ZIM_INLINE Lane<Zim16u, N> joinBytes(Lane<Zim8u, N> low, Lane<Zim8u, N> high) {
+  using Result = Lane<Zim16u, N>;
+  if constexpr (Lane<Zim8u, N>::form == Form::single) {
+    return Result(static_cast<Zim16u>(low.v | high.v << 8));
+  } else if constexpr (Lane<Zim8u, N>::form == Form::split) {
+    return Result::join(joinBytes(low.v.lo, high.v.lo), joinBytes(low.v.hi, high.v.hi));
+  } else {
+    using Half = Lane<Zim16u, N / 2>;
+    using HalfValue = typename Half::Value;
+    return Result::join(Half::of((HalfValue)ZIM_MM(unpacklo_epi8)((Register)low.v, (Register)high.v)),
+                        Half::of((HalfValue)ZIM_MM(unpackhi_epi8)((Register)low.v, (Register)high.v)));
+  }
+}
+
+// Bits of each byte that are left by the mask once the byte is moved right by so many bits; by fewer than none, left.
+template <int right, Zim8u mask, int N>
+ZIM_INLINE Lane<Zim8u, N> movedBits(Lane<Zim8u, N> a) {
+  static_assert(right >= 0 ? (mask << right & ~0xFF) == 0 : (mask & ((1 << -right) - 1)) == 0);
+  const auto moved = [](auto bits) ZIM_LAMBDA {
+    if constexpr (right < 0) {
+      return bits << -right;
+    } else {
+      return bits >> right;
+    }
+  };
+  if constexpr (right == 0 || N == 1) {
+    return moved(a) & Lane<Zim8u, N>(mask);
+  } else {
+    return bitsAs<Zim8u>(moved(bitsAs<Zim16u>(a))) & Lane<Zim8u, N>(mask);
+  }
+}
+
 }  // namespace ZIM_TARGET_NAMESPACE
 }  // namespace zim

@@ -118,5 +118,54 @@ ZIM_INLINE Lane<Zim16s, N> fixedDot(Lane<Zim16s, N> x, Lane<Zim16s, N> y, Lane<Z
   }
 }
 
+// ---- Sums in two limbs ----
+//
+// Where one term of a sum is shared by many pixels, the products are kept apart, each of 32 bits in two 16-bit lanes:
+// 65536 high + low. The terms of a pixel then meet in one comparison, which says whether the lower limbs carry.
+
+// The lower limb is held moved down by 32768, so that a signed comparison orders it.
+template <int N>
+struct Limbs {
+  Lane<Zim16s, N> high, low;
+};
+
+// c x
+template <Zim32s c, int N>
+ZIM_INLINE Limbs<N> product(Lane<Zim16s, N> x) {
+  constexpr Zim32s whole = (c + 32768) >> 16;
+  constexpr auto factor = static_cast<Zim16s>(c - whole * 65536);
+  if constexpr (factor == 0) {
+    return {plusMultiple<whole>(Lane<Zim16s, N>(0), x), Zim16s{-32768}};
+  } else {
+    const Lane<Zim16s, N> factors = factor;
+    return {plusMultiple<whole>(multiplyHigh(x, factors), x), x * factors + Zim16s{-32768}};
+  }
+}
+
+// Whether the lower limbs of a and b carry, as -1 or 0: a > 65535 - b.
+template <int N>
+ZIM_INLINE Lane<Zim16s, N> carry(Limbs<N> a, Limbs<N> b) {
+  return a.low > ~b.low;
+}
+
+// The higher limb of a + b.
+template <int N>
+ZIM_INLINE Lane<Zim16s, N> highOfSum(Limbs<N> a, Limbs<N> b) {
+  return a.high + b.high - carry(a, b);
+}
+
+template <int N>
+ZIM_INLINE Limbs<N> sum(Limbs<N> a, Limbs<N> b) {
+  return {highOfSum(a, b), a.low + b.low + Zim16s{-32768}};
+}
+
+// a + c
+template <Zim32s c, int N>
+ZIM_INLINE Limbs<N> plus(Limbs<N> a) {
+  constexpr auto low = static_cast<Zim16s>((c & 0xFFFF) - 32768);
+  const Limbs<N> constant = {static_cast<Zim16s>(c >> 16), low};
+  return low == -32768 ? Limbs<N>{a.high + constant.high, a.low} : sum(a, constant);
+}
+
 }  // namespace ZIM_TARGET_NAMESPACE
 }  // namespace zim

@@ -392,6 +392,72 @@ ZIM_INLINE Pixels<Zim16u, N / 2, 3> unweave(const Pixels<Zim16s, N, 3>& pixels) 
   return {pairs(x.v.lo, y.v.lo), pairs(z.v.lo, x.v.hi), pairs(y.v.hi, z.v.hi)};
 }
 
+// Woven pixels in the order of memory again, saturated to bytes.
+template <int N>
+ZIM_INLINE Pixels<Zim8u, N, 1> inOrder(const Pixels<Zim16s, N, 1>& woven) {
+  const auto bytes = (Register)narrow<Zim8u>(woven[0]).v;
+  return {Lane<Zim8u, N>::of((typename Lane<Zim8u, N>::Value)unpackLow<1>(bytes, unpackHigh<8>(bytes, bytes)))};
+}
+template <int N>
+ZIM_INLINE Pixels<Zim8u, N, 2> inOrder(const Pixels<Zim16s, N, 2>& woven) {
+  const auto bytes = [](Lane<Zim16s, N / 2> a, Lane<Zim16s, N / 2> b)
+                         ZIM_LAMBDA { return (Register)narrow<Zim8u>(Lane<Zim16s, N>::join(a, b)).v; };
+  const auto& [a, b] = woven;
+  const Register even = bytes(a.v.lo, b.v.lo), odd = bytes(a.v.hi, b.v.hi);
+  return {Lane<Zim8u, N>::of((typename Lane<Zim8u, N>::Value)unpackLow<1>(even, odd)),
+          Lane<Zim8u, N>::of((typename Lane<Zim8u, N>::Value)unpackHigh<1>(even, odd))};
+}
+template <int N>
+ZIM_INLINE Pixels<Zim8u, N, 3> inOrder(const Pixels<Zim16s, N, 3>& woven) requires(N > 1) {
+  const auto [a, b] = inOrder<N>(Pixels<Zim16s, N, 2>{woven[0], woven[1]});
+  return {a, b, inOrder<N>(Pixels<Zim16s, N, 1>{woven[2]})[0]};
+}
+
+// A single pixel is in order as it is.
+template <int N, std::size_t Channels>
+ZIM_INLINE Pixels<Zim8u, N, Channels> inOrder(const Pixels<Zim16s, N, Channels>& pixel) requires(N == 1) {
+  return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return narrow<Zim8u>(pixel[c]); });
+}
+
+// Woven words in the order of memory again.
+template <int N>
+ZIM_INLINE Lane<Zim16u, N> inOrder(Lane<Zim16u, N> woven) {
+  if constexpr (N == 1) {
+    return woven;
+  } else {
+    using Half = Lane<Zim16u, N / 2>;
+    const auto even = (Register)woven.v.lo.v, odd = (Register)woven.v.hi.v;
+    return Lane<Zim16u, N>::join(Half::of((typename Half::Value)unpackLow<2>(even, odd)),
+                                 Half::of((typename Half::Value)unpackHigh<2>(even, odd)));
+  }
+}
+
+// Bytes in 16-bit lanes, each in so many lanes one after another; as many bytes as fill one register that way.
+template <int copies>
+ZIM_INLINE auto loadSpread(const std::byte* p) {
+  using Result = Lane<Zim16s, kLanes<Zim16s>>;
+  static_assert(copies == 1 || copies == 2);
+  Register lanes;
+#if defined(__AVX2__)
+  if constexpr (copies == 1) {
+    lanes = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)));
+  } else {
+    lanes = _mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
+    lanes = _mm256_or_si256(lanes, _mm256_slli_epi32(lanes, 16));
+  }
+#else
+  if constexpr (copies == 1) {
+    lanes = _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)), _mm_setzero_si128());
+  } else {
+    int bytes;
+    std::memcpy(&bytes, p, sizeof(bytes));
+    const __m128i wide = _mm_unpacklo_epi8(_mm_cvtsi32_si128(bytes), _mm_setzero_si128());
+    lanes = _mm_unpacklo_epi16(wide, wide);
+  }
+#endif
+  return Result::of((typename Result::Value)lanes);
+}
+
 // ---- Packed pixels, for weighted sums of 8-bit samples ----
 
 // As many pixels as 32-bit lanes, in the order of memory: samples 0 and 2, and samples 1 and 3, as 16-bit pairs. Where

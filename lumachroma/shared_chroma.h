@@ -1,0 +1,485 @@
+// Conversions to RGB of images whose pixels share samples of chroma.
+//
+// A source says where luma and chroma lie, a kernel (transforms.h) what they mean, a sink what becomes of R, G, B, and
+// a rule for lone columns what is done where a row ends within a group of pixels that share chroma.
+//
+// A strip is as many rows as share chroma. Pixels pass woven, even ones in the first half of the lanes and odd ones in
+// the second, so that the terms of chroma of a pair serve as they are for both.
+#pragma once
+
+#include <algorithm>
+
+#include "frame/arguments.h"
+#include "frame/entry.h"
+#include "frame/lanes/memory.h"
+#include "frame/layouts.h"
+#include "frame/rows.h"
+
+namespace zim {
+inline namespace ZIM_TARGET_NAMESPACE {
+
+// ---- Sources ------------------------------------------------------------------------------------------------------
+//
+// The lines of a strip are its rows of luma, then those of chroma, or its one row of interleaved samples.
+
+template <class Source>
+using Lines = Position<const std::byte, Source::lines>;
+
+template <class Source>
+ZIM_INLINE Lines<Source> ahead(Lines<Source> from, std::ptrdiff_t pixels) {
+  return {perChannel<Source::lines>([&](auto i) ZIM_LAMBDA { return from.plane[i] + Source::bytes(i, pixels); })};
+}
+
+ZIM_INLINE Zim16s byteAt(const std::byte* p) { return std::to_integer<Zim16s>(*p); }
+
+template <int N>
+ZIM_INLINE Lane<Zim16s, N> wovenBytes(Lane<Zim8u, N> bytes) {
+  return weave<Zim16s>(Pixels<Zim8u, N, 1>{bytes})[0];
+}
+
+// Two interleaved samples of chroma for each pair of pixels.
+template <int N>
+ZIM_INLINE Pixels<Zim16s, N / 2, 2> chromaPairs(Lane<Zim8u, N> bytes) {
+  const auto woven = wovenBytes(bytes);
+  return {woven.v.lo, woven.v.hi};
+}
+
+enum class ChromaOrder { cbCr, crCb };
+
+ZIM_INLINE std::array<Zim16s, 2> ordered(ChromaOrder order, Zim16s first, Zim16s second) {
+  return order == ChromaOrder::cbCr ? std::array{first, second} : std::array{second, first};
+}
+
+// Planes of luma, Cb and Cr; a sample of chroma for so many pixels across and rows down.
+template <int pixelsAcross, int rowsDown, ChromaOrder order = ChromaOrder::cbCr>
+struct ThreePlanes {
+  static constexpr int across = pixelsAcross, down = rowsDown;
+  static constexpr std::size_t planes = 3, lines = 2 + rowsDown;
+
+  static constexpr std::ptrdiff_t bytes(std::size_t line, std::ptrdiff_t pixels) {
+    return line < down ? pixels : pixels / across;
+  }
+
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> luma(Lines<ThreePlanes> from, std::size_t row) {
+    return wovenBytes(load<Zim8u, N, 1>(from.plane[row])[0]);
+  }
+  template <int N>
+  ZIM_INLINE static auto chroma(Lines<ThreePlanes> from) {
+    return perChannel<2>([&](auto i) ZIM_LAMBDA {
+      const std::byte* p = from.plane[down + (order == ChromaOrder::cbCr ? i : 1 - i)];
+      if constexpr (across == 1) {
+        return wovenBytes(load<Zim8u, N, 1>(p)[0]);
+      } else {
+        return loadSpread<across / 2>(p);
+      }
+    });
+  }
+
+  ZIM_INLINE static Zim16s lumaAt(Lines<ThreePlanes> from, std::size_t row, std::ptrdiff_t x) {
+    return byteAt(from.plane[row] + x);
+  }
+  ZIM_INLINE static std::array<Zim16s, 2> chromaAt(Lines<ThreePlanes> from, std::ptrdiff_t x) {
+    return ordered(order, byteAt(from.plane[down] + x / across), byteAt(from.plane[down + 1] + x / across));
+  }
+};
+
+// A plane of luma and one of interleaved Cb and Cr, of which one pair belongs to a block of 2 x 2 pixels.
+struct TwoPlanes420 {
+  static constexpr int across = 2, down = 2;
+  static constexpr std::size_t planes = 2, lines = 3;
+
+  static constexpr std::ptrdiff_t bytes(std::size_t, std::ptrdiff_t pixels) { return pixels; }
+
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> luma(Lines<TwoPlanes420> from, std::size_t row) {
+    return wovenBytes(load<Zim8u, N, 1>(from.plane[row])[0]);
+  }
+  template <int N>
+  ZIM_INLINE static auto chroma(Lines<TwoPlanes420> from) {
+    return chromaPairs(load<Zim8u, N, 1>(from.plane[2])[0]);
+  }
+
+  ZIM_INLINE static Zim16s lumaAt(Lines<TwoPlanes420> from, std::size_t row, std::ptrdiff_t x) {
+    return byteAt(from.plane[row] + x);
+  }
+  ZIM_INLINE static std::array<Zim16s, 2> chromaAt(Lines<TwoPlanes420> from, std::ptrdiff_t x) {
+    const std::byte* pair = from.plane[2] + (x & ~std::ptrdiff_t{1});
+    return {byteAt(pair), byteAt(pair + 1)};
+  }
+};
+
+// Luma and chroma by turns, one pair of chroma for two pixels.
+enum class First { luma, chroma };
+
+template <First first, ChromaOrder order>
+struct Packed422 {
+  static constexpr int across = 2, down = 1;
+  static constexpr std::size_t planes = 1, lines = 1;
+
+  static constexpr std::ptrdiff_t bytes(std::size_t, std::ptrdiff_t pixels) { return 2 * pixels; }
+
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> luma(Lines<Packed422> from, std::size_t) {
+    return wovenBytes(load<Zim8u, N, 2>(from.plane[0])[lumaByte]);
+  }
+  template <int N>
+  ZIM_INLINE static auto chroma(Lines<Packed422> from) {
+    const auto [a, b] = chromaPairs(load<Zim8u, N, 2>(from.plane[0])[1 - lumaByte]);
+    return order == ChromaOrder::cbCr ? std::array{a, b} : std::array{b, a};
+  }
+
+  ZIM_INLINE static Zim16s lumaAt(Lines<Packed422> from, std::size_t, std::ptrdiff_t x) {
+    return byteAt(from.plane[0] + 2 * x + lumaByte);
+  }
+  ZIM_INLINE static std::array<Zim16s, 2> chromaAt(Lines<Packed422> from, std::ptrdiff_t x) {
+    return ordered(order, sampleAt(from, x & ~std::ptrdiff_t{1}), sampleAt(from, x | 1));
+  }
+  // A last pixel without a partner has the first sample of its pair only; the second is given.
+  ZIM_INLINE static std::array<Zim16s, 2> loneChromaAt(Lines<Packed422> from, std::ptrdiff_t x, Zim16s second) {
+    return ordered(order, sampleAt(from, x), second);
+  }
+  ZIM_INLINE static Zim16s sampleAt(Lines<Packed422> from, std::ptrdiff_t x) {
+    return byteAt(from.plane[0] + 2 * x + 1 - lumaByte);
+  }
+
+ private:
+  static constexpr int lumaByte = first == First::luma ? 0 : 1;
+};
+
+using YCbCr422 = Packed422<First::luma, ChromaOrder::cbCr>;
+using YCrCb422 = Packed422<First::luma, ChromaOrder::crCb>;
+using CbYCr422 = Packed422<First::chroma, ChromaOrder::cbCr>;
+
+// Three interleaved samples a pixel.
+struct Interleaved444 {
+  static constexpr int across = 1, down = 1;
+  static constexpr std::size_t planes = 1, lines = 1;
+
+  static constexpr std::ptrdiff_t bytes(std::size_t, std::ptrdiff_t pixels) { return 3 * pixels; }
+
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> luma(Lines<Interleaved444> from, std::size_t) {
+    return channels<N>(from)[0];
+  }
+  template <int N>
+  ZIM_INLINE static auto chroma(Lines<Interleaved444> from) {
+    const auto [y, u, v] = channels<N>(from);
+    return std::array{u, v};
+  }
+
+  ZIM_INLINE static Zim16s lumaAt(Lines<Interleaved444> from, std::size_t, std::ptrdiff_t x) {
+    return byteAt(from.plane[0] + 3 * x);
+  }
+  ZIM_INLINE static std::array<Zim16s, 2> chromaAt(Lines<Interleaved444> from, std::ptrdiff_t x) {
+    return {byteAt(from.plane[0] + 3 * x + 1), byteAt(from.plane[0] + 3 * x + 2)};
+  }
+
+ private:
+  template <int N>
+  ZIM_INLINE static Pixels<Zim16s, N, 3> channels(Lines<Interleaved444> from) {
+    if constexpr (kWeaves) {
+      return weave<Zim16s>(load<Zim16u, N / 2, 3>(from.plane[0]));
+    } else {
+      return weave<Zim16s>(load<Zim8u, N, 3>(from.plane[0]));
+    }
+  }
+};
+
+// ---- Sinks --------------------------------------------------------------------------------------------------------
+
+// The column and row of a single pixel; of a block the row, since its columns are whole periods of any pattern.
+struct Place {
+  std::ptrdiff_t x, y;
+};
+
+enum class Order { rgb, bgr };
+
+// Bytes in one of the layouts of pixels; a fourth sample is the same in every pixel.
+template <class PixelLayout, Order order>
+struct ToBytes {
+  using Layout = PixelLayout;
+  Zim8u fourth = 0;
+
+  template <int N>
+  ZIM_INLINE void store(Position<std::byte, Layout::planes> to, const Pixels<Zim16s, N, 3>& rgb, Place) const {
+    const auto channels = perChannel<3>([&](auto c) ZIM_LAMBDA { return rgb[order == Order::rgb ? c : 2 - c]; });
+    if constexpr (N > 1 && std::is_same_v<Layout, C3<Zim8u>>) {
+      C3<Zim16u>::store<N / 2>(to, unweave<N>(channels));
+    } else {
+      const auto bytes = inOrder<N>(channels);
+      Layout::template store<N>(to, perChannel<Layout::channels>([&](auto c) ZIM_LAMBDA {
+                                  if constexpr (c < 3) {
+                                    return bytes[c];
+                                  } else {
+                                    return Lane<Zim8u, N>(fourth);
+                                  }
+                                }));
+    }
+  }
+};
+
+template <class Layout>
+using Rgb = ToBytes<Layout, Order::rgb>;
+template <class Layout>
+using Bgr = ToBytes<Layout, Order::bgr>;
+
+// ---- Lone columns -------------------------------------------------------------------------------------------------
+//
+// At the end of a row whose width is no multiple of the pixels that share chroma.
+
+// Nothing is written; nor is a lone last row.
+struct LeftAlone {
+  static constexpr bool areConverted = false;
+};
+// There is a sample of chroma for them as well; and for a lone last row.
+struct WithOwnChroma {
+  static constexpr bool areConverted = true;
+  template <class Source>
+  ZIM_INLINE static std::array<Zim16s, 2> chroma(Lines<Source> from, std::ptrdiff_t x) {
+    return Source::chromaAt(from, x);
+  }
+};
+// The chroma of the last whole group before them.
+struct AsGroupBefore {
+  static constexpr bool areConverted = true;
+  template <class Source>
+  ZIM_INLINE static std::array<Zim16s, 2> chroma(Lines<Source> from, std::ptrdiff_t x) {
+    return Source::chromaAt(from, x - Source::across);
+  }
+};
+// Packed pixels: one sample of its own, the other from the pair before; in a row of one pixel its own for both.
+struct HalfFromPairBefore {
+  static constexpr bool areConverted = true;
+  template <class Source>
+  ZIM_INLINE static std::array<Zim16s, 2> chroma(Lines<Source> from, std::ptrdiff_t x) {
+    return Source::loneChromaAt(from, x, Source::sampleAt(from, x > 0 ? x - 1 : 0));
+  }
+};
+// Packed pixels: its one sample for both.
+struct OneSampleForBoth {
+  static constexpr bool areConverted = true;
+  template <class Source>
+  ZIM_INLINE static std::array<Zim16s, 2> chroma(Lines<Source> from, std::ptrdiff_t x) {
+    return Source::loneChromaAt(from, x, Source::sampleAt(from, x));
+  }
+};
+
+// ---- Strips -------------------------------------------------------------------------------------------------------
+
+// The terms of chroma for each pixel of a block.
+template <int N, class T, int M, std::size_t Terms>
+ZIM_INLINE std::array<Lane<T, N>, Terms> spread(const std::array<Lane<T, M>, Terms>& terms) {
+  return perChannel<Terms>([&](auto i) ZIM_LAMBDA {
+    if constexpr (M == N) {
+      return terms[i];
+    } else {
+      return Lane<T, N>::join(terms[i], terms[i]);
+    }
+  });
+}
+
+// The rows of a strip in the destination.
+template <class Source, class Sink>
+using Rows = std::array<Position<std::byte, Sink::Layout::planes>, Source::down>;
+
+// Luma from luma(row), chroma as lanes, for a block or a single pixel.
+template <class Source, int N, class Kernel, class Sink, class Luma, int M>
+ZIM_INLINE void decodeBlock(const Luma& luma, const Pixels<Zim16s, M, 2>& chroma, const Rows<Source, Sink>& to,
+                            const std::array<Place, Source::down>& place, const Kernel& kernel, const Sink& sink) {
+  const auto terms = spread<N>(kernel.chroma(chroma[0], chroma[1]));
+  forChannels<Source::down>([&](auto row) ZIM_LAMBDA {
+    sink.template store<N>(to[row], kernel.template pixels<N>(luma(row), terms), place[row]);
+  });
+}
+
+// Whole blocks, then the rest as a block apart from the strip or pixel by pixel, then lone columns.
+template <class Source, class LoneColumns, class Kernel, class Sink>
+ZIM_INLINE void decodeStrip(const Lines<Source>& strip, const Rows<Source, Sink>& rows,
+                            const std::array<Zim32s, Source::down>& y, std::ptrdiff_t width, const Kernel& kernel,
+                            const Sink& sink) {
+  using Layout = typename Sink::Layout;
+  constexpr int block = kLanes<Zim8u>;
+  constexpr int fewPixels = block / 8;
+  constexpr auto down = static_cast<std::size_t>(Source::down);
+  const std::ptrdiff_t whole = width & -std::ptrdiff_t{Source::across};
+  std::ptrdiff_t blocks = whole / block;
+  const std::ptrdiff_t inBlocks = blocks * block;
+  const auto rest = static_cast<int>(whole - inBlocks);
+  const bool restIsBlock = rest > fewPixels;
+  const auto moved = [](const Rows<Source, Sink>& to, std::ptrdiff_t pixels) ZIM_LAMBDA {
+    return perChannel<down>([&](auto row) ZIM_LAMBDA { return to[row].at(pixels * Layout::pixelBytes); });
+  };
+  const auto placeAt = [&](std::ptrdiff_t x) ZIM_LAMBDA {
+    return perChannel<down>([&](auto row) ZIM_LAMBDA { return Place{x, y[row]}; });
+  };
+
+  alignas(kRegisterBytes) std::byte sourceRest[Source::lines][Source::bytes(0, block)];
+  Block<Layout, block> sinkRest[down];
+  auto from = strip;
+  auto to = rows;
+  // Two rounds of one loop, so that there is one copy of the kernel.
+  for (int round = blocks > 0 ? 0 : 1; round < (restIsBlock ? 2 : 1); ++round) {
+    if (round == 1) {
+      std::memset(sourceRest, 0, sizeof(sourceRest));
+      const auto restFrom = ahead<Source>(strip, inBlocks);
+      forChannels<Source::lines>([&](auto i) ZIM_LAMBDA {
+        std::memcpy(sourceRest[i], restFrom.plane[i], static_cast<std::size_t>(Source::bytes(i, rest)));
+        from.plane[i] = sourceRest[i];
+      });
+      forChannels<down>([&](auto row) ZIM_LAMBDA { to[row] = sinkRest[row].start(); });
+      blocks = 1;
+    }
+    for (; blocks > 0; --blocks) {
+      decodeBlock<Source, block>([&](std::size_t row) ZIM_LAMBDA { return Source::template luma<block>(from, row); },
+                                 Source::template chroma<block>(from), to, placeAt(0), kernel, sink);
+      from = ahead<Source>(from, block);
+      to = moved(to, block);
+    }
+  }
+  if (restIsBlock) {
+    const auto restTo = moved(rows, inBlocks);
+    forChannels<down>([&](auto row) ZIM_LAMBDA { Layout::write(restTo[row], readOnly(sinkRest[row].start()), rest); });
+  }
+  for (std::ptrdiff_t x = restIsBlock ? whole : inBlocks; x < (LoneColumns::areConverted ? width : whole); ++x) {
+    const auto [u, v] = [&]() ZIM_LAMBDA {
+      if constexpr (LoneColumns::areConverted) {
+        if (x >= whole) return LoneColumns::template chroma<Source>(strip, whole);
+      }
+      return Source::chromaAt(strip, x);
+    }();
+    decodeBlock<Source, 1>([&](std::size_t row) ZIM_LAMBDA { return Lane<Zim16s, 1>(Source::lumaAt(strip, row, x)); },
+                           Pixels<Zim16s, 1, 2>{Lane<Zim16s, 1>(u), Lane<Zim16s, 1>(v)}, moved(rows, x), placeAt(x),
+                           kernel, sink);
+  }
+}
+
+// ---- Whole conversions --------------------------------------------------------------------------------------------
+
+// What exports have in common apart from source, kernel and sink.
+enum class OddSize { silent, warned };
+
+template <class OrderOfTests, class LoneColumnsRule, OddSize oddSize = OddSize::silent, int leastWidth = 1,
+          int leastHeight = 1, Offsets destinationOffsets = Offsets::bytes>
+struct SharedRules {
+  using Tests = OrderOfTests;
+  using LoneColumns = LoneColumnsRule;
+  static constexpr bool warns = oddSize == OddSize::warned;
+  static constexpr ZimiSize least = {leastWidth, leastHeight};
+  static constexpr Offsets offsets = destinationOffsets;
+  static constexpr bool skipsThin = false;  // nothing is done where the width or the height is 1
+};
+
+// Planes and their steps are the caller's arrays, or arrays made of arguments.
+template <class Rules, class SourceLayout, class SinkLayout, class Planes, class Steps>
+struct Decoding {
+  using Source = SourceLayout;
+  using Sink = SinkLayout;
+  static constexpr ZimiSize least = Rules::least;
+
+  Planes pSrc;
+  Steps srcStep;
+  typename Sink::Layout::Destination pDst;
+  Zim32s dstStep;
+  ZimiSize roiSize;
+
+  bool pointersGiven() const { return given(pSrc) && given(srcStep) && pDst != nullptr; }
+  bool planesGiven() const {
+    return std::all_of(&pSrc[0], &pSrc[0] + Source::planes, [](const Zim8u* plane) { return plane != nullptr; }) &&
+           Sink::Layout::planesGiven(pDst);
+  }
+
+ private:
+  template <class T>
+  static bool given(const T* array) {
+    return array != nullptr;
+  }
+  template <std::size_t n>
+  static bool given(const std::array<const Zim8u*, n>& pointers) {
+    return std::ranges::find(pointers, nullptr) == pointers.end();
+  }
+  template <std::size_t n>
+  static bool given(const std::array<Zim32s, n>&) {
+    return true;
+  }
+};
+
+template <class Rules, class Kernel, class Sink, class Call>
+ZIM_INLINE ZimResult decode(const Call& call, const Sink& sinkOfCall) {
+  using Source = typename Call::Source;
+  using Layout = typename Sink::Layout;
+  if (const ZimResult failure = Rules::Tests::check(call); failure != zimResultOk) return failure;
+  const Zim32s width = call.roiSize.width, height = call.roiSize.height;
+  if (Rules::skipsThin && (width == 1 || height == 1)) return zimResultOk;
+  const Sink sink = sinkOfCall;  // stores to the destination cannot alias it
+  const auto start = Layout::start(call.pDst);
+  constexpr Zim32s down = Source::down;
+  const Zim32s end = Rules::LoneColumns::areConverted ? height : height & -down;
+  for (Zim32s top = 0; top < end; top += down) {
+    Lines<Source> from;
+    Rows<Source, Sink> to;
+    std::array<Zim32s, Source::down> y;
+    // In place of a row that is missing the one before is converted twice.
+    forChannels<Source::down>([&](auto row) ZIM_LAMBDA {
+      y[row] = top + Zim32s{row} < height ? top + Zim32s{row} : top;
+      from.plane[row] = reinterpret_cast<const std::byte*>(call.pSrc[0]) + std::ptrdiff_t{y[row]} * call.srcStep[0];
+      to[row] = start.at(rowOffset<Rules::offsets, typename Layout::Sample>(y[row], call.dstStep));
+    });
+    forChannels<Source::planes - 1>([&](auto i) ZIM_LAMBDA {
+      from.plane[Source::down + i] =
+          reinterpret_cast<const std::byte*>(call.pSrc[i + 1]) + std::ptrdiff_t{top / down} * call.srcStep[i + 1];
+    });
+    decodeStrip<Source, typename Rules::LoneColumns>(from, to, y, width, Kernel{}, sink);
+  }
+  const bool odd = width % Source::across != 0 || height % down != 0;
+  return Rules::warns && odd ? zimWarnOddSize : zimResultOk;
+}
+
+template <class Rules, class Source, class Kernel, class Sink, class Planes, class Steps>
+ZIM_INLINE ZimResult decode(Planes pSrc, Steps srcStep, typename Sink::Layout::Destination pDst, Zim32s dstStep,
+                            ZimiSize roiSize, const Sink& sink) {
+  return decode<Rules, Kernel>(Decoding<Rules, Source, Sink, Planes, Steps>{pSrc, srcStep, pDst, dstStep, roiSize},
+                               sink);
+}
+
+// Steps of images without gaps. Where rows share chroma, its rows lose the half sample of an odd width.
+template <class Source>
+constexpr std::array<Zim32s, 3> contiguousSteps(Zim32s width) {
+  const Zim32s chroma = (width >> 1) + (Source::down == 1 ? width & 1 : 0);
+  return {width, chroma, chroma};
+}
+template <class Sink>
+constexpr Zim32s contiguousStep(Zim32s width) {
+  return wrappingProduct(width, Zim32s{Sink::Layout::pixelBytes});
+}
+
+}  // namespace ZIM_TARGET_NAMESPACE
+}  // namespace zim
+
+#define ZIM_AND_FURTHER(...) __VA_OPT__(, ) __VA_ARGS__
+
+// The bodies of exports: rules, source, sink, kernel, further parameters in parentheses, and what the sink is told.
+#define ZIM_DECODE_INTERLEAVED(name, rules, Source, Sink, Kernel, parameters, ...)                            \
+  ZimResult ZIM_BODY(name)(const Zim8u* pSrc, Zim32s srcStep, Sink::Layout::Destination pDst, Zim32s dstStep, \
+                           ZimiSize roiSize ZIM_AND_FURTHER parameters) {                                     \
+    return decode<rules, Source, Kernel>(std::array{pSrc}, std::array{srcStep}, pDst, dstStep, roiSize,       \
+                                         Sink{__VA_ARGS__});                                                  \
+  }
+#define ZIM_DECODE_PLANES(name, rules, Source, Sink, Kernel, parameters, ...)                                   \
+  ZimResult ZIM_BODY(name)(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Sink::Layout::Destination pDst, \
+                           Zim32s dstStep, ZimiSize roiSize ZIM_AND_FURTHER parameters) {                       \
+    return decode<rules, Source, Kernel>(pSrc, srcStep, pDst, dstStep, roiSize, Sink{__VA_ARGS__});             \
+  }
+#define ZIM_DECODE_TWO_PLANES(name, rules, Source, Sink, Kernel, parameters, ...)                              \
+  ZimResult ZIM_BODY(name)(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr, Zim32s srcCbCrStep,     \
+                           Sink::Layout::Destination pDst, Zim32s dstStep,                                     \
+                           ZimiSize roiSize ZIM_AND_FURTHER parameters) {                                      \
+    return decode<rules, Source, Kernel>(std::array{pSrcY, pSrcCbCr}, std::array{srcYStep, srcCbCrStep}, pDst, \
+                                         dstStep, roiSize, Sink{__VA_ARGS__});                                 \
+  }
+// Images without gaps, whose steps follow from the width.
+#define ZIM_DECODE_CONTIGUOUS(name, rules, Source, Sink, Kernel)                                           \
+  ZimResult ZIM_BODY(name)(const Zim8u* const pSrc[3], Sink::Layout::Destination pDst, ZimiSize roiSize) { \
+    return decode<rules, Source, Kernel>(pSrc, contiguousSteps<Source>(roiSize.width), pDst,               \
+                                         contiguousStep<Sink>(roiSize.width), roiSize, Sink{});            \
+  }
