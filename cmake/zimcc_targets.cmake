@@ -48,7 +48,9 @@ set(ZIMCC_SOURCES
   frame/scratch.cpp
   frame/stubs.S
   frame/version.cpp
+  lumachroma/encoders.cpp
   lumachroma/full_resolution.cpp
+  lumachroma/packed_encoders.cpp
   lumachroma/ycocg.cpp
   models/gray.cpp
   tone/color_twist.cpp

@@ -8,9 +8,18 @@ namespace zim {
 enum class Test {
   pointers,  // the pointers as passed, arrays of planes by their own address
   planes,    // the pointers inside arrays
-  size,      // width and height of at least 1
+  size,      // width and height of at least 1, or of what the arguments name as least
   steps,     // every step of at least 1
 };
+
+template <class Arguments>
+constexpr ZimiSize leastSize() {
+  if constexpr (requires { Arguments::least; }) {
+    return Arguments::least;
+  } else {
+    return {1, 1};
+  }
+}
 
 template <Test... Tests>
 struct Order {
@@ -30,7 +39,9 @@ struct Order {
     } else if constexpr (test == Test::planes) {
       return arguments.planesGiven() ? zimResultOk : zimResultNullPointer;
     } else if constexpr (test == Test::size) {
-      return arguments.roiSize.width >= 1 && arguments.roiSize.height >= 1 ? zimResultOk : zimResultBadSize;
+      constexpr ZimiSize least = leastSize<Arguments>();
+      return arguments.roiSize.width >= least.width && arguments.roiSize.height >= least.height ? zimResultOk
+                                                                                                : zimResultBadSize;
     } else {
       return arguments.stepsPositive() ? zimResultOk : zimResultBadStep;
     }
@@ -42,6 +53,8 @@ using N_Q = Order<Test::pointers, Test::planes>;
 using N_S = Order<Test::pointers, Test::size>;
 using N_S_Q = Order<Test::pointers, Test::size, Test::planes>;
 using N_Q_S = Order<Test::pointers, Test::planes, Test::size>;
+using N_S_T = Order<Test::pointers, Test::size, Test::steps>;
+using S_N = Order<Test::size, Test::pointers>;
 using N_Q_S_T = Order<Test::pointers, Test::planes, Test::size, Test::steps>;
 
 }  // namespace zim

@@ -20,6 +20,7 @@ enum class Offsets {
   bytes,       // exact bytes, product of pointer width
   bytes32,     // exact bytes, product of 32 bits that wraps
   elements32,  // whole samples: low bits of the step are dropped; product of 32 bits that wraps
+  elements,    // whole samples, product of pointer width
 };
 
 template <Offsets offsets, class T>
@@ -31,7 +32,9 @@ std::ptrdiff_t rowOffset(Zim32s row, Zim32s step) {
     return wrappingProduct(row, step);
   } else {
     constexpr int shift = sampleBytes == 1 ? 0 : sampleBytes == 2 ? 1 : sampleBytes == 4 ? 2 : 3;
-    return std::ptrdiff_t{wrappingProduct(row, step >> shift)} * sampleBytes;
+    const std::ptrdiff_t samples =
+        offsets == Offsets::elements32 ? wrappingProduct(row, step >> shift) : std::ptrdiff_t{row} * (step >> shift);
+    return samples * sampleBytes;
   }
 }
 
