@@ -67,7 +67,7 @@ ZIM_INLINE Pixels<Zim16s, N / 2, 3> pairSums(const Rows<N, rows>& rgb) {
 }
 
 // (c . sum + bias of one pixel * pixels) >> (16 + log2(pixels)) over as many pixels as share chroma: a pair, a block of
-// 2 x 2, or four in a row. The trim is added to the bias of Cr.
+// 2 x 2, or four in a row. The trim is added to the sum of Cr.
 template <EncoderSet set, int pixelsAcross, int rowsDown, Zim32s bias, Zim32s crTrim = 0>
 struct MeanChroma {
   static constexpr int across = pixelsAcross, rows = rowsDown;

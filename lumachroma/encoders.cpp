@@ -32,9 +32,9 @@ using YCbCr420 = PlanesInOrder<kYCbCr, 2, 2>;
 using YCrCb420 = PlanesInOrder<kYCrCb, 2, 2>;
 using YCrCb420X = PlanesInOrder<kYCrCbCrossed, 2, 2>;
 
-// A pair rounded by a half, with the luma of its second pixel truncated; with a trim of two units in Cr.
+// A pair rounded by a half, with the luma of its second pixel truncated; with Cr two units lower before the shift.
 using PairOdd = Coder<LumaOddTruncated<E601>, PairHalf<E601>>;
-using PairTrim = Coder<Luma<E601>, PairHalf<E601, 2>>;
+using PairTrim = Coder<Luma<E601>, PairHalf<E601, -2>>;
 using PairGuarded = Guarded<Coder<Luma<E709HDTV>, PairHalf<E709HDTV, -2>>>;
 // Rounded by an eighth.
 using Pair = Coder<Luma<E601>, PairEighth<E601>>;

@@ -57,7 +57,7 @@ ZIM_INLINE Pixels<Zim16s, 1, 3> loadPixel(Position<const std::byte, Source::Layo
 //
 // A target is the place of such a row. Image is what stands for it in a public signature; Buffer is room for a block.
 
-inline void put(std::byte* to, Zim16s sample) { *to = static_cast<std::byte>(sample); }
+inline void put(std::byte* to, Lane<Zim16s, 1> sample) { *to = static_cast<std::byte>(narrow<Zim8u>(sample).v); }
 
 ZIM_INLINE void copyBytes(std::byte* to, const std::byte* from, std::ptrdiff_t count) {
   std::memcpy(to, from, static_cast<std::size_t>(count));
@@ -105,8 +105,8 @@ struct Packed {
   }
   // The luma of a pixel without a second one, and the chroma that comes first in a pair.
   void putLumaAndFirst(std::ptrdiff_t x, const Pixels<Zim16s, 1, 3>& code) const {
-    put(samples + 2 * x + (order == Stream::CbYCrY ? 1 : 0), code[0].v);
-    put(samples + 2 * x + (order == Stream::CbYCrY ? 0 : 1), code[order == Stream::YCrYCb ? 2 : 1].v);
+    put(samples + 2 * x + (order == Stream::CbYCrY ? 1 : 0), code[0]);
+    put(samples + 2 * x + (order == Stream::CbYCrY ? 0 : 1), code[order == Stream::YCrYCb ? 2 : 1]);
   }
 };
 using YCbYCr = Packed<Stream::YCbYCr>;
@@ -140,11 +140,11 @@ struct Planes {
     copyBytes(cb + x / across, from.cb, pixels / across);
     copyBytes(cr + x / across, from.cr, pixels / across);
   }
-  void putLuma(std::ptrdiff_t x, std::size_t row, Zim16s y) const { put(luma[row] + x, y); }
+  void putLuma(std::ptrdiff_t x, std::size_t row, Lane<Zim16s, 1> y) const { put(luma[row] + x, y); }
   void putPixel(std::ptrdiff_t x, const Pixels<Zim16s, 1, 3>& code) const {
-    put(luma[0] + x, code[0].v);
-    put(cb + x / across, code[1].v);
-    put(cr + x / across, code[2].v);
+    put(luma[0] + x, code[0]);
+    put(cb + x / across, code[1]);
+    put(cr + x / across, code[2]);
   }
 };
 
@@ -272,7 +272,7 @@ struct LumaOnly {
   static void run(const SourceRows<Source, Target::rows>& from, const Target& to, std::ptrdiff_t x) {
     for (std::size_t row = 0; row < Target::rows; ++row) {
       const auto pixel = loadPixel<Source>(from[row].at(x * Source::Layout::pixelBytes));
-      to.putLuma(x, row, LumaKernel()(pixel)[0].v);
+      to.putLuma(x, row, LumaKernel()(pixel)[0]);
     }
   }
 };
