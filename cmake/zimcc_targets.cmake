@@ -52,7 +52,9 @@ set(ZIMCC_SOURCES
   frame/version.cpp
   lumachroma/decoders.cpp
   lumachroma/dithered.cpp
+  lumachroma/encoders.cpp
   lumachroma/full_resolution.cpp
+  lumachroma/packed_encoders.cpp
   lumachroma/packed_targets.cpp
   lumachroma/ycocg.cpp
   models/gray.cpp

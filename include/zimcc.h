@@ -8,7 +8,10 @@
  *   Sample types: one word where source and destination agree (8u), else source first (8u16s).
  *   Layouts:      C1, C3, C4  interleaved samples, in the order that the colour words spell
  *                 AC4         four interleaved samples; the fourth is not read, and is left as it was when written to
- *                 P3, P4      planes: the address of an array of plane pointers, one step for all planes
+ *                 P3, P4      planes: the address of an array of plane pointers, one step for all planes, or, where
+ *                             pixels share chroma, the address of an array with a step for each
+ *                 C2          a stream of 4:2:2, four samples a pair of pixels
+ *                 P2          a plane of luma and one of chroma pairs, each with its own pointer and step
  *   IR            in place: one pointer, one step.
  *
  * Steps are distances in bytes between the starts of successive rows. Where an operation does not say that it tests
@@ -765,6 +768,212 @@ ZimResult zimiYUV420ToRGB555Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const
                                                Zim32s dstStep, ZimiSize roiSize);
 ZimResult zimiYUV420ToRGB565Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
                                                Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/* ---- Chroma shared by pixels: encoders -----------------------------------------------------------------------------
+ */
+
+/** \name RGB and BGR to YCbCr with chroma shared by pixels, BT.601 in studio range: streams of 4:2:2
+ *
+ * A pair of pixels takes four bytes, in the order that the destination's colour word spells: YCbCr422 is Y, Cb, Y, Cr,
+ * CbYCr422 is Cb, Y, Cr, Y. Chroma is that of the pair's average, rounded in the RGB forms and in
+ * zimiBGRToCbYCr422_8u_AC4C2R, and by an eighth of a level in zimiBGRToYCbCr422_*. zimiRGBToYCbCr422_* and
+ * zimiRGBToYCrCb422_* truncate the luma of every second pixel. The last pixel of an odd width writes two bytes, its
+ * luma and the chroma that comes first in a pair, which is its own. Any size from 1 x 1, zimiBGRToYCbCr422_* from 2
+ * x 1. Null planes of a source are found after the size is tested.
+ * @{ */
+ZimResult zimiRGBToYCbCr422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCbCr422_8u_P3C2R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                     ZimiSize roiSize);
+ZimResult zimiRGBToYCrCb422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCrCb422_8u_P3C2R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToCbYCr422_8u_AC4C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr422_8u_AC4C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name RGB to a stream of 4:2:2 with filtered chroma, BT.601 in studio range
+ *
+ * Bytes in the order Cb, Y, Cr, Y. The chroma of a pair is half that of its first pixel and a quarter each of its
+ * second pixel and of the pixel before. Before the first pair of a row there is nothing: its chroma lies a quarter
+ * closer to 128. The Gamma form maps every sample by the curve of zimiGammaFwd_8u_* first. The last pixel of an odd
+ * width writes its own Cb and luma. Any size from 1 x 1. The Gamma form returns zimResultBadStep for a step below 1.
+ * @{ */
+ZimResult zimiRGBToCbYCr422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToCbYCr422Gamma_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                          ZimiSize roiSize);
+/** @} */
+
+/** \name BGR to a stream of 4:2:2, BT.709 in full range
+ *
+ * Bytes in the order Cb, Y, Cr, Y, all of them kept within 1 to 254. The last pixel of an odd width writes its own Cb
+ * and luma. Any size from 1 x 1.
+ * @{ */
+ZimResult zimiBGRToCbYCr422_709HDTV_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                             ZimiSize roiSize);
+ZimResult zimiBGRToCbYCr422_709HDTV_8u_AC4C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                              ZimiSize roiSize);
+/** @} */
+
+/** \name RGB and BGR to planes of 4:2:2, BT.601 in studio range
+ *
+ * Chroma rows of half the width, rounded by an eighth of a level. dstStep has a step for each plane. Sizes from 2 x 1.
+ * Of an odd width the BGR forms write the last pixel's luma and no chroma; zimiRGBToYCbCr422_8u_C3P3R leaves it alone
+ * and returns zimWarnOddSize. Null planes are found before the size is tested.
+ * @{ */
+ZimResult zimiRGBToYCbCr422_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr422_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr422_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                      ZimiSize roiSize);
+/** @} */
+
+/** \name BGR to planes of 4:1:1, BT.601 in studio range
+ *
+ * Chroma rows of a quarter of the width, rounded by an eighth of a level. dstStep has a step for each plane. Sizes from
+ * 4 x 1; of a width that is no multiple of 4 the last pixels are left alone, and the result is zimWarnOddSize. Null
+ * planes are found before the size is tested.
+ * @{ */
+ZimResult zimiBGRToYCbCr411_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr411_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                      ZimiSize roiSize);
+/** @} */
+
+/** \name RGB and BGR to planes of 4:2:0, studio range
+ *
+ * Chroma of half the width and half the height, rounded by an eighth of a level; BT.601, with 709CSC BT.709. In
+ * YCrCb420 plane 1 is Cr. dstStep has a step for each plane; in zimiRGBToYCrCb420_8u_AC4P3R alone plane 1 advances by
+ * dstStep[2] and plane 2 by dstStep[1]. P2 has pairs of Cb and Cr in its second plane. Sizes from 2 x 2,
+ * zimiRGBToYCbCr420_8u_C3P3R from 1 x 1. An odd last column or row is left alone, and the result is zimWarnOddSize.
+ * Null planes are found before the size is tested, in zimiRGBToYCbCr420_8u_C3P3R after.
+ * @{ */
+ZimResult zimiRGBToYCbCr420_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr420_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr420_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                      ZimiSize roiSize);
+ZimResult zimiBGRToYCrCb420_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToYCrCb420_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                      ZimiSize roiSize);
+ZimResult zimiRGBToYCrCb420_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                      ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr420_709CSC_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                            const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr420_709CSC_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                             const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr420_709CSC_8u_C3P2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDstY, Zim32s dstYStep,
+                                            Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiBGRToYCrCb420_709CSC_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                            const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGRToYCrCb420_709CSC_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                             const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name BGR to planes of 4:2:0, BT.709 in full range
+ *
+ * All samples are kept within 1 to 254. Sizes from 2 x 2; an odd last column or row is left alone, and the result is
+ * zimWarnOddSize. Null planes are found before the size is tested.
+ * @{ */
+ZimResult zimiBGRToYCbCr420_709HDTV_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                              const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name RGB to a plane of luma and one of Cb and Cr, 4:2:0, BT.601 in single precision
+ *
+ * Computed in floats, of three decimals a coefficient, and rounded. The fourth sample of a C4 pixel is not read. Any
+ * size from 1 x 1; an odd last column or row is left alone, and the result is zimWarnOddSize. The size is tested before
+ * the pointers.
+ * @{ */
+ZimResult zimiRGBToYCbCr420_8u_C3P2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDstY, Zim32s dstYStep, Zim8u* pDstCbCr,
+                                     Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCbCr420_8u_C4P2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDstY, Zim32s dstYStep, Zim8u* pDstCbCr,
+                                     Zim32s dstCbCrStep, ZimiSize roiSize);
+/** @} */
+
+/** \name RGB and BGR to YUV with chroma shared by pixels, analogue weights
+ *
+ * Y truncated, V saturated, as in zimiRGBToYUV_*. YUV422 C2 is a stream of Y, U, Y, V, of whose odd last pixel Y and U
+ * are written; in planes of 4:2:2 it has a Y, U and V of its own, in chroma rows of (width + 1) / 2. Of 4:2:0 an odd
+ * last column or row is left alone, and the result is zimWarnOddSize. Forms without R have no steps: each row of a
+ * plane begins where the one before ends, chroma rows of 4:2:0 being width / 2 bytes long. Any size from 1 x 1. Null
+ * planes are found after the size is tested.
+ * @{ */
+ZimResult zimiRGBToYUV422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYUV422_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                   ZimiSize roiSize);
+ZimResult zimiRGBToYUV422_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3],
+                                 const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiRGBToYUV422_8u_C3P3(const Zim8u* pSrc, Zim8u* const pDst[3], ZimiSize roiSize);
+ZimResult zimiRGBToYUV422_8u_P3(const Zim8u* const pSrc[3], Zim8u* const pDst[3], ZimiSize roiSize);
+ZimResult zimiRGBToYUV420_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                   ZimiSize roiSize);
+ZimResult zimiRGBToYUV420_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3],
+                                 const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGRToYUV420_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                    ZimiSize roiSize);
+ZimResult zimiRGBToYUV420_8u_C3P3(const Zim8u* pSrc, Zim8u* const pDst[3], ZimiSize roiSize);
+ZimResult zimiRGBToYUV420_8u_P3(const Zim8u* const pSrc[3], Zim8u* const pDst[3], ZimiSize roiSize);
+/** @} */
+
+/** \name Pixels packed in 16-bit words to YCbCr with chroma shared by pixels, BT.601 in studio range
+ *
+ * A word holds B in its low bits, then G, then R: 5 bits each (555; the highest bit is not used) or 5, 6 and 5 (565).
+ * They expand to 8 bits by zeros below, so that white is (248, 248, 248) or (248, 252, 248). Steps are exact bytes;
+ * words need not be aligned. Chroma is rounded by an eighth of a level. 422 from 2 x 1: the last pixel of an odd width
+ * writes its luma and, in C2, its own Cb. 411 from 4 x 1: the last pixels of a width that is no multiple of 4 are left
+ * alone, and the result is zimWarnOddSize. 420 from 2 x 2: an odd last column or row has its luma and no chroma. Null
+ * planes are found before the size is tested.
+ * @{ */
+ZimResult zimiBGR555ToYCbCr422_16u8u_C3C2R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                           ZimiSize roiSize);
+ZimResult zimiBGR565ToYCbCr422_16u8u_C3C2R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                           ZimiSize roiSize);
+ZimResult zimiBGR555ToYCbCr422_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR565ToYCbCr422_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR555ToYCbCr411_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR565ToYCbCr411_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR555ToYCbCr420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR565ToYCbCr420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR555ToYCrCb420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR565ToYCrCb420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name Pixels packed in 16-bit words to planes of YUV, analogue weights
+ *
+ * RGB565 has R in the low bits. The BGR forms round luma, take sizes from 2 x 2 and find null planes before the size is
+ * tested; the RGB forms truncate luma, take any size from 1 x 1 and find null planes after. An odd last column, in
+ * 4:2:0 an odd last row too, is left alone, and the result is zimWarnOddSize.
+ * @{ */
+ZimResult zimiBGR555ToYUV420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                         const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR565ToYUV420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                         const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiRGB565ToYUV420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                         const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiRGB565ToYUV422_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                         const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name Pixels packed in 16-bit words to 8-bit samples
+ *
+ * Bytes in the order of the fields from the low bits up, expanded by zeros below. Any size from 1 x 1. The low bit of
+ * srcStep is dropped. zimResultBadStep for a step below 1, after the size is tested.
+ * @{ */
+ZimResult zimiBGR565ToBGR_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGB565ToRGB_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
 /* ---- YCoCg ----------------------------------------------------------------------------------------------------------

@@ -8,13 +8,21 @@
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
 
-// Multipliers of R, G and B, in units of 1/65536.
+// Multipliers of R, G and B, and black with a half for rounding, in units of 1/65536.
 struct EncoderSet {
   Zim32s y[3], cb[3], cr[3];
+  Zim32s lumaBias;
 };
 
-// BT.601, studio range.
-inline constexpr EncoderSet E601 = {{16843, 33030, 6423}, {-9699, -19071, 28770}, {28770, -24117, -4653}};
+// BT.601, studio range: black is 16.
+inline constexpr EncoderSet E601 = {{16843, 33030, 6423}, {-9699, -19071, 28770}, {28770, -24117, -4653}, 1081344};
+// BT.709, studio range.
+inline constexpr EncoderSet E709CSC = {{11993, 40239, 4063}, {-6619, -22151, 28770}, {28770, -26149, -2621}, 1081344};
+// BT.709, full range: black is 0.
+inline constexpr EncoderSet E709HDTV = {{13959, 46858, 4719}, {-7668, -25821, 33489}, {33489, -30409, -3080}, 32768};
+
+// Luma weights of analogue YUV; they add up to 65536. Chroma are scaled differences from luma.
+inline constexpr Zim32s EYUV[3] = {19595, 38470, 7471};
 
 // Multipliers of luma, which starts at black, and of the chroma differences u = Cb - 128 and v = Cr - 128.
 struct DecoderSet {
@@ -32,25 +40,29 @@ inline constexpr DecoderSet DYUVb = {65536, 74710, -25820, -38075, 133168, 0};
 
 enum class Rounding : Zim32s { truncating = 0, rounding = 32768 };
 
-// Y  = (y . rgb + 16.5 * 65536) >> 16                  range [16, 235]
-// Cb = (cb . rgb + 128.5 * 65536) >> 16, Cr alike      range [16, 240]
-template <EncoderSet set>
+constexpr FixedRow fixedRow(const Zim32s (&c)[3], Zim32s bias) { return {{c[0], c[1], c[2]}, bias}; }
+
+// (row . rgb + bias) >> shift. The weight that may need both pairs of a split row comes first: green, unless another is
+// beyond 16 bits.
+template <FixedRow row, int shift = 16, int N>
+ZIM_INLINE Lane<Zim16s, N> weighted(const Pixels<Zim16s, N, 3>& rgb) {
+  constexpr std::size_t i = row.c[0] > 32767 ? 0 : row.c[2] > 32767 ? 2 : 1, j = i == 0 ? 1 : 0, k = 3 - i - j;
+  return fixedDot<FixedRow{{row.c[i], row.c[j], row.c[k]}, row.bias}, shift>(rgb[i], rgb[j], rgb[k]);
+}
+
+// The zero of chroma, with a half for rounding, or with an eighth.
+inline constexpr Zim32s kChromaHalf = 8421376, kChromaEighth = 8396800;
+
+// Y  = (y . rgb + lumaBias) >> 16                      E601: range [16, 235]
+// Cb = (cb . rgb + chromaBias) >> 16, Cr alike         E601: range [16, 240]
+template <EncoderSet set, Zim32s chromaBias = kChromaHalf>
 struct Encode {
   using Sample = Zim16s;
 
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 3> operator()(Pixels<Zim16s, N, 3> rgb) const {
-    constexpr Zim32s lumaBias = 1081344, chromaBias = 8421376;
-    return {channel<FixedRow{{set.y[1], set.y[0], set.y[2]}, lumaBias}>(rgb),
-            channel<FixedRow{{set.cb[1], set.cb[0], set.cb[2]}, chromaBias}>(rgb),
-            channel<FixedRow{{set.cr[1], set.cr[0], set.cr[2]}, chromaBias}>(rgb)};
-  }
-
- private:
-  // Green comes first, since its luma weight may need both pairs of a row.
-  template <FixedRow row, int N>
-  ZIM_INLINE static Lane<Zim16s, N> channel(Pixels<Zim16s, N, 3> rgb) {
-    return fixedDot<row>(rgb[1], rgb[0], rgb[2]);
+    return {weighted<fixedRow(set.y, set.lumaBias)>(rgb), weighted<fixedRow(set.cb, chromaBias)>(rgb),
+            weighted<fixedRow(set.cr, chromaBias)>(rgb)};
   }
 };
 
@@ -66,7 +78,7 @@ struct EncodeYuv {
   ZIM_INLINE Pixels<Zim16s, N, 3> operator()(Pixels<Zim16s, N, 3> rgb) const {
     const auto& [r, g, b] = rgb;
     // 2 Y and a bit: halved as it is, and rounded to the luma that leaves the differences rounded as above.
-    const auto twiceY = fixedDot<FixedRow{{38470, 19595, 7471}, 0}, 15>(g, r, b);
+    const auto twiceY = weighted<fixedRow(EYUV, 0), 15>(rgb);
     const auto y = twiceY >> 1, rounded = (twiceY + 1) >> 1;
     const auto u = b - rounded, v = r - rounded;
     // 57475 = 65536 - 8061, so that the factor fits 16 bits.

@@ -233,6 +233,18 @@ ZIM_INLINE Lane<Zim32s, N> pairDot(Lane<Zim16s, N> a, Lane<Zim16s, N> b, Zim16s 
   }
 }
 
+// (a[0] + a[1]) * w, (a[2] + a[3]) * w and so on, in 32 bits.
+template <int N>
+ZIM_INLINE Lane<Zim32s, N / 2> neighbourDot(Lane<Zim16s, N> a, Zim16s w) {
+  using Result = Lane<Zim32s, N / 2>;
+  if constexpr (Lane<Zim16s, N>::form == Form::split) {
+    return Result::join(neighbourDot(a.v.lo, w), neighbourDot(a.v.hi, w));
+  } else {
+    static_assert(Lane<Zim16s, N>::form == Form::whole);
+    return Result::of((typename Result::Value)ZIM_MM(madd_epi16)((Register)a.v, ZIM_MM(set1_epi16)(w)));
+  }
+}
+
 // (a + b + 1) >> 1, as if in more bits.
 template <class T, int N>
 ZIM_INLINE Lane<T, N> averageUp(Lane<T, N> a, Lane<T, N> b) {

@@ -101,8 +101,9 @@ ZIM_INLINE Lane<Zim16s, N> plusMultiple(Lane<Zim16s, N> a, Lane<Zim16s, N> x) {
   }
 }
 
-// The row on samples within -256 to 255, with a result that fits 16 bits. A smaller shift leaves fraction bits. Beside
-// coefficients below 32768, samples may be larger, as long as the sum fits 32 bits.
+// The row on samples within -256 to 255, with a result that fits 16 bits. A smaller shift leaves fraction bits. A
+// larger one divides a sum of samples within -1024 to 1023; it takes rows whose coefficients split without whole
+// multiples. Beside coefficients below 32768, samples may be larger, as long as the sum fits 32 bits.
 template <FixedRow row, int shift = 16, int N>
 ZIM_INLINE Lane<Zim16s, N> fixedDot(Lane<Zim16s, N> x, Lane<Zim16s, N> y, Lane<Zim16s, N> z) {
   if constexpr (N == 1) {
@@ -111,7 +112,8 @@ ZIM_INLINE Lane<Zim16s, N> fixedDot(Lane<Zim16s, N> x, Lane<Zim16s, N> y, Lane<Z
   } else {
     constexpr SplitRow split(row);
     constexpr auto whole = split.whole;
-    constexpr int unit = 1 << (16 - shift);
+    static_assert(shift <= 16 || whole == std::array<Zim16s, 3>{});
+    constexpr int unit = shift <= 16 ? 65536 >> shift : 0;
     const auto fraction = fixedFraction<row, shift>(x, y, z);
     const auto andX = plusMultiple<whole[0] * unit>(fraction, x), andY = plusMultiple<whole[1] * unit>(andX, y);
     return plusMultiple<whole[2] * unit>(andY, z);

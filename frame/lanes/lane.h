@@ -383,7 +383,8 @@ using Pixels = std::array<Lane<T, N>, Channels>;
 template <std::size_t Channels, class F>
 ZIM_INLINE auto perChannel(const F& f) {
   return [&]<std::size_t... c>(std::index_sequence<c...>) ZIM_LAMBDA {
-    return std::array{f(std::integral_constant<std::size_t, c>())...};
+    using Element = decltype(f(std::integral_constant<std::size_t, 0>()));
+    return std::array<Element, Channels>{f(std::integral_constant<std::size_t, c>())...};
   }
   (std::make_index_sequence<Channels>());
 }

@@ -351,11 +351,36 @@ ZIM_INLINE void store(std::byte* p, const Pixels<T, N, Channels>& pixels,
   }
 }
 
-// ---- Woven blocks: bytes that a kernel takes in more bits and that end up as three interleaved channels ----
+// The lanes of a block one place up, in order of the block; the last lane of the block before comes in first.
+ZIM_INLINE Lane<Zim16s, kLanes<Zim16s>> movedUp(Lane<Zim16s, kLanes<Zim16s>> a, Lane<Zim16s, kLanes<Zim16s>> before) {
+  using Result = Lane<Zim16s, kLanes<Zim16s>>;
+  const auto bits = (Register)a.v, bitsBefore = (Register)before.v;
+#if defined(__AVX2__)
+  return Result::of((Result::Value)_mm256_alignr_epi8(bits, _mm256_permute2x128_si256(bitsBefore, bits, 0x21), 14));
+#else
+  return Result::of((Result::Value)_mm_or_si128(_mm_slli_si128(bits, 2), _mm_srli_si128(bitsBefore, 14)));
+#endif
+}
+
+// Stores 16-bit lanes as bytes, to which they saturate, in two places.
+ZIM_INLINE void storeBytes(std::byte* first, Lane<Zim16s, kLanes<Zim16s>> a,  //
+                           std::byte* second, Lane<Zim16s, kLanes<Zim16s>> b) {
+  const auto both = (Register)narrow<Zim8u>(Lane<Zim16s, kLanes<Zim8u>>::join(a, b)).v;
+#if defined(__AVX2__)
+  const Register ordered = _mm256_permute4x64_epi64(both, _MM_SHUFFLE(3, 1, 2, 0));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(first), _mm256_castsi256_si128(ordered));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(second), _mm256_extracti128_si256(ordered, 1));
+#else
+  _mm_storel_epi64(reinterpret_cast<__m128i*>(first), both);
+  _mm_storeh_pd(reinterpret_cast<double*>(second), (__m128d)both);
+#endif
+}
+
+// ---- Woven blocks: even pixels as the first half of the lanes, odd ones as the second ----
 //
 // Without a shuffle of bytes, three channels come apart and together most quickly by way of pairs, each of which holds
-// a byte of an even pixel and one of an odd. So the even pixels of a block pass through the kernel as the first half of
-// the lanes, the odd ones as the second.
+// a byte of an even pixel and one of an odd. So bytes that a kernel takes in more bits and that end up as three
+// interleaved channels pass through it woven. Where two pixels share chroma, they are then lanes at the same place.
 
 inline constexpr bool kWeaves = kHalves == 1;
 
@@ -378,6 +403,12 @@ ZIM_INLINE Pixels<Wide, N, Channels> weave(const Pixels<Zim8u, N, Channels>& pix
     const auto both = bitsAs<Zim16u>(pixels[c]);
     return evenAndOdd<Wide, N>(both & Lane<Zim16u, N / 2>(255), both >> 8);
   });
+}
+
+// Woven lanes within 0 to 255, as bytes in order.
+template <int N>
+ZIM_INLINE Lane<Zim8u, N> unwoven(Lane<Zim16s, N> a) {
+  return bitsAs<Zim8u>(a.v.lo | (a.v.hi << 8));
 }
 
 // The pairs of woven pixels, saturated to bytes; they are stored as if they were samples of 16 bits.

@@ -1,0 +1,242 @@
+// From RGB to luma and chroma that several pixels share.
+//
+// Pixels come woven (frame/lanes/memory.h): the even pixels of a block are the first half of the lanes, the odd ones
+// the second, so that pairs are two lanes at the same place. A coder takes as many rows of such pixels as share chroma,
+//     template <int N> Code<N, rows, across> operator()(const Rows<N, rows>& rgb)
+// and is itself made of a luma rule, for every pixel, and a chroma rule. But for the filter, chroma rules add the
+// pixels first and apply the matrix once, with a wider shift in place of a division.
+#pragma once
+
+#include "lumachroma/transforms.h"
+
+namespace zim {
+inline namespace ZIM_TARGET_NAMESPACE {
+
+// N woven pixels of each row that shares chroma.
+template <int N, std::size_t rows>
+using Rows = std::array<Pixels<Zim16s, N, 3>, rows>;
+
+// Cb and Cr, or U and V.
+template <int N>
+using Chroma = Pixels<Zim16s, N, 2>;
+
+// What becomes of them: their luma, woven too, and chroma in order; all within 0 to 255.
+template <int N, std::size_t rows, int across>
+struct Code {
+  std::array<Lane<Zim16s, N>, rows> luma;
+  Chroma<N / across> chroma;
+};
+
+// ---- Luma ----
+
+template <FixedRow row>
+struct WeightedLuma {
+  using Sample = Zim16s;
+
+  template <int N>
+  ZIM_INLINE Pixels<Zim16s, N, 1> operator()(const Pixels<Zim16s, N, 3>& rgb) const {
+    return {weighted<row>(rgb)};
+  }
+};
+
+template <EncoderSet set>
+using Luma = WeightedLuma<fixedRow(set.y, set.lumaBias)>;
+// Analogue YUV truncates its luma, or, in some forms, rounds it.
+using LumaYuv = WeightedLuma<fixedRow(EYUV, 0)>;
+using LumaYuvRounded = WeightedLuma<fixedRow(EYUV, 32768)>;
+
+// The second pixel of each pair is truncated.
+template <EncoderSet set>
+struct LumaOddTruncated {
+  template <int N>
+  ZIM_INLINE Pixels<Zim16s, N, 1> operator()(const Pixels<Zim16s, N, 3>& rgb) const {
+    constexpr FixedRow even = fixedRow(set.y, set.lumaBias), odd = fixedRow(set.y, set.lumaBias - 32768);
+    return {Lane<Zim16s, N>::join(weighted<even>(lowHalves(rgb)), weighted<odd>(highHalves(rgb)))};
+  }
+};
+
+// ---- Chroma ----
+
+template <int N, std::size_t rows>
+ZIM_INLINE Pixels<Zim16s, N / 2, 3> pairSums(const Rows<N, rows>& rgb) {
+  return perChannel<3>([&](auto c) ZIM_LAMBDA {
+    auto both = rgb[0][c];
+    if constexpr (rows == 2) both = both + rgb[1][c];
+    return both.v.lo + both.v.hi;
+  });
+}
+
+// (c . sum + bias of one pixel * pixels) >> (16 + log2(pixels)) over as many pixels as share chroma: a pair, a block of
+// 2 x 2, or four in a row. The trim is added to the sum of Cr.
+template <EncoderSet set, int pixelsAcross, int rowsDown, Zim32s bias, Zim32s crTrim = 0>
+struct MeanChroma {
+  static constexpr int across = pixelsAcross, rows = rowsDown;
+
+  template <int N>
+  ZIM_INLINE Chroma<N / across> operator()(const Rows<N, rows>& rgb) {
+    constexpr int pixels = across * rows, shift = 16 + std::bit_width(unsigned{pixels}) - 1;
+    constexpr FixedRow cb = fixedRow(set.cb, bias * pixels), cr = fixedRow(set.cr, bias * pixels + crTrim);
+    const auto sums = pairSums<N, rows>(rgb);
+    if constexpr (across == 2) {
+      return {weighted<cb, shift>(sums), weighted<cr, shift>(sums)};
+    } else {
+      return {ofNeighbours<cb, shift>(sums), ofNeighbours<cr, shift>(sums)};
+    }
+  }
+
+ private:
+  // The same of the sums of neighbouring pairs.
+  template <FixedRow row, int shift, int N>
+  ZIM_INLINE static Lane<Zim16s, N / 2> ofNeighbours(const Pixels<Zim16s, N, 3>& sums) {
+    const auto weightedSum = neighbourDot(sums[0], static_cast<Zim16s>(row.c[0])) +
+                             neighbourDot(sums[1], static_cast<Zim16s>(row.c[1])) +
+                             neighbourDot(sums[2], static_cast<Zim16s>(row.c[2]));
+    return narrow<Zim16s>((weightedSum + row.bias) >> shift);
+  }
+};
+
+template <EncoderSet set, Zim32s crTrim = 0>
+using PairHalf = MeanChroma<set, 2, 1, kChromaHalf, crTrim>;
+template <EncoderSet set>
+using PairEighth = MeanChroma<set, 2, 1, kChromaEighth>;
+template <EncoderSet set>
+using BlockEighth = MeanChroma<set, 2, 2, kChromaEighth>;
+template <EncoderSet set>
+using QuadEighth = MeanChroma<set, 4, 1, kChromaEighth>;
+
+// Analogue YUV, with S the weighted sum over n pixels and SB, SR the sums of blue and red:
+//   U = ((((SB << 16) - S + 65536 n / 2 - 1) >> 16) * 32244 >> (16 + log2(n))) + 128    range [16, 239]
+//   V = ((((SR << 16) - S + 65536 n / 2 - 1) >> 16) * 57475 >> (16 + log2(n))) + 128    saturated
+template <int rowsDown>
+struct YuvChroma {
+  static constexpr int across = 2, rows = rowsDown;
+
+  template <int N>
+  ZIM_INLINE Chroma<N / 2> operator()(const Rows<N, rows>& rgb) {
+    const auto sums = pairSums<N, rows>(rgb);
+    // ((B << 16) - S + 65535) >> 16 == B - (S >> 16)
+    const auto luma = fixedDot<FixedRow{{EYUV[1], EYUV[0], EYUV[2]}, 0}>(sums[1], sums[0], sums[2]) - (rows - 1);
+    const auto u = sums[2] - luma, v = sums[0] - luma;
+    // 57475 = 65536 - 8061, so that the factor fits 16 bits.
+    const auto scaledU = multiplyHigh(u, Lane<Zim16s, N / 2>(32244));
+    const auto scaledV = v + multiplyHigh(v, Lane<Zim16s, N / 2>(-8061));
+    return {(scaledU >> rows) + 128, clamp((scaledV >> rows) + 128, 0, 255)};
+  }
+};
+using YuvPair = YuvChroma<1>;
+using YuvBlock = YuvChroma<2>;
+
+// A filter of [1, 2, 1] / 4 about the first pixel of each pair, with every term truncated for itself:
+//   (a(first) >> 1) + (a(the one before) >> 2) + (a(second) >> 2), offset and rounded
+// where a is the chroma row on a pixel. There is nothing before the first pair of a row, whose weight is that smaller.
+template <EncoderSet set>
+struct FilteredChroma {
+  static constexpr int across = 2, rows = 1;
+
+  template <int N>
+  ZIM_INLINE Chroma<N / 2> operator()(const Rows<N, 1>& rgb) {
+    const auto first = lowHalves(rgb[0]), second = highHalves(rgb[0]);
+    const auto before = perChannel<3>([&](auto c) ZIM_LAMBDA { return movedUp(second[c], previous[c]); });
+    forChannels<3>([&](auto c) ZIM_LAMBDA { previous[c] = second[c]; });
+    const auto filtered = [&](const auto& a) ZIM_LAMBDA {
+      // One unit less than a half: -8355841 with the zero of chroma in the low bits.
+      constexpr Zim32s bias = kChromaHalf - 1;
+      const auto sum = (a(first) >> 1) + (a(before) >> 2) + (a(second) >> 2);
+      return narrow<Zim16s>((sum + bias) >> 16);
+    };
+    return {filtered([](const auto& pixels) ZIM_LAMBDA { return product<fixedRow(set.cb, 0)>(pixels); }),
+            filtered([](const auto& pixels) ZIM_LAMBDA { return product<fixedRow(set.cr, 0)>(pixels); })};
+  }
+
+ private:
+  // Second pixels of the pairs before.
+  static constexpr int pairs = kLanes<Zim16s>;
+  Pixels<Zim16s, pairs, 3> previous = {0, 0, 0};
+
+  template <FixedRow row, int N>
+  ZIM_INLINE static Lane<Zim32s, N> product(const Pixels<Zim16s, N, 3>& rgb) {
+    const Lane<Zim16s, N> none = 0;
+    return pairDot(rgb[1], rgb[0], static_cast<Zim16s>(row.c[1]), static_cast<Zim16s>(row.c[0])) +
+           pairDot(rgb[2], none, static_cast<Zim16s>(row.c[2]), 0);
+  }
+};
+
+// ---- Coders ----
+
+template <class LumaRule, class ChromaRule>
+struct Coder {
+  static constexpr int across = ChromaRule::across, rows = ChromaRule::rows;
+  using LumaOfPixel = LumaRule;
+
+  template <int N>
+  ZIM_INLINE Code<N, rows, across> operator()(const Rows<N, rows>& rgb) {
+    return {perChannel<rows>([&](auto row) ZIM_LAMBDA { return LumaRule()(rgb[row])[0]; }),
+            chromaRule.template operator()<N>(rgb)};
+  }
+
+ private:
+  ChromaRule chromaRule;
+};
+
+// Neither luma nor chroma takes the values 0 and 255.
+template <class Base>
+struct Guarded : Base {
+  using Base::across, Base::rows;
+
+  template <int N>
+  ZIM_INLINE Code<N, rows, across> operator()(const Rows<N, rows>& rgb) {
+    const auto guarded = [](const auto& lanes) ZIM_LAMBDA { return clamp(lanes, 1, 254); };
+    const auto code = Base::template operator()<N>(rgb);
+    return {perChannel<rows>([&](auto row) ZIM_LAMBDA { return guarded(code.luma[row]); }),
+            {guarded(code.chroma[0]), guarded(code.chroma[1])}};
+  }
+};
+template <class Kernel>
+struct GuardedPixel : Kernel {
+  template <int N>
+  ZIM_INLINE Pixels<Zim16s, N, 3> operator()(const Pixels<Zim16s, N, 3>& rgb) const {
+    const auto code = Kernel::operator()(rgb);
+    return perChannel<3>([&](auto c) ZIM_LAMBDA { return clamp(code[c], 1, 254); });
+  }
+};
+
+// BT.601 in single precision over blocks of 2 x 2, each operation in its turn; the first pixel of a block adds its
+// terms in an order of its own. Converted to integers by truncation, within 16 to 240.
+struct FloatCoder {
+  static constexpr int across = 2, rows = 2;
+
+  template <int N>
+  ZIM_INLINE Code<N, 2, 2> operator()(const Rows<N, 2>& rgb) {
+    const auto first = lumaOf(lowHalves(rgb[0]), [](auto r, auto g, auto b) ZIM_LAMBDA {
+      return ((0.504F * g + 16.5F) + 0.098F * b) + 0.257F * r;
+    });
+    const auto other = [](auto r, auto g, auto b)
+                           ZIM_LAMBDA { return ((0.257F * r + 16.5F) + 0.504F * g) + 0.098F * b; };
+    return {{Lane<Zim16s, N>::join(first, lumaOf(highHalves(rgb[0]), other)), lumaOf(rgb[1], other)}, chroma<N>(rgb)};
+  }
+
+ private:
+  template <int N, class Formula>
+  ZIM_INLINE static Lane<Zim16s, N> lumaOf(const Pixels<Zim16s, N, 3>& rgb, const Formula& formula) {
+    if constexpr (kForm<Zim16s, N> == Form::split) {
+      return Lane<Zim16s, N>::join(lumaOf(lowHalves(rgb), formula), lumaOf(highHalves(rgb), formula));
+    } else {
+      return narrow<Zim16s>(truncate(formula(asFloat(rgb[0]), asFloat(rgb[1]), asFloat(rgb[2]))));
+    }
+  }
+  template <int N>
+  ZIM_INLINE static Chroma<N / 2> chroma(const Rows<N, 2>& rgb) {
+    const auto sums = pairSums<N, 2>(rgb);
+    const auto r = asFloat(sums[0]), g = asFloat(sums[1]), b = asFloat(sums[2]);
+    const auto cb = (((-0.148F * r + 512.0F) + 0.439F * b) - 0.291F * g) * 0.25F + 0.5F;
+    const auto cr = (((r * 0.439F + 512.0F) - 0.071F * b) - 0.368F * g) * 0.25F + 0.5F;
+    return {narrow<Zim16s>(truncate(cb)), narrow<Zim16s>(truncate(cr))};
+  }
+  template <int N>
+  ZIM_INLINE static Lane<Zim32f, N> asFloat(Lane<Zim16s, N> a) {
+    return toFloat(widen(bitsAs<Zim16u>(a)));
+  }
+};
+
+}  // namespace ZIM_TARGET_NAMESPACE
+}  // namespace zim
