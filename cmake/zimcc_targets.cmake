@@ -51,6 +51,9 @@ set(ZIMCC_SOURCES
   lumachroma/full_resolution.cpp
   lumachroma/ycocg.cpp
   models/gray.cpp
+  reformat/filtered.cpp
+  reformat/interlaced.cpp
+  reformat/plain.cpp
   tone/color_twist.cpp
   tone/gamma.cpp
   tone/tone_mapping.cpp)
