@@ -8,6 +8,7 @@
 #include "frame/pixelwise.h"
 #include "lumachroma/transforms.h"
 #include "reformat/arguments.h"
+#include "reformat/rules.h"
 
 using namespace zim;
 
@@ -147,13 +148,13 @@ ZimResult slicesPlanar(const ChromaCall& call, Zim32s layout) {
 
 // ---- Interpolated rows --------------------------------------------------------------------------------------------
 
-// Of four rows: the second as it is, and the row between the second and the third,
-// (9 (a + b) - p - n + 8) >> 4, within [-31, 286] before it is limited to a byte.
-struct FourTap {
-  template <class Luma, class Row>
-  ZIM_INLINE auto operator()(const Content<Luma, std::array<Row, 4>>& in) const {
-    const auto& [p, a, b, n] = in.chroma;
-    return Content{in.luma, rowsOf(a, perByte(between, p, a, b, n))};
+// The row between the second and the third of four, (9 (a + b) - p - n + 8) >> 4, within [-31, 286] before it is
+// limited to a byte.
+struct FourTap : Between<Grid420, Grid422, 4> {
+  template <class Row>
+  ZIM_INLINE Row operator()(const std::array<Row, 4>& rows) const {
+    const auto& [p, a, b, n] = rows;
+    return perByte(between, p, a, b, n);
   }
 
  private:
@@ -168,16 +169,16 @@ enum class Planes { asTheyAre, exchanged };
 
 template <class Layout, Planes planes = Planes::asTheyAre>
 ZimResult interpolated(const ChromaCall& call) {
-  using From = Strip<Layout, 2, 1, 0, 4>;
-  using To = Strip<ThreePlanes, 2, 1, 0, 2>;
-  const Zim32s height = call.roiSize.height & ~7, last = height / 2 - 1;
+  const Zim32s width = call.roiSize.width & ~1, height = call.roiSize.height & ~7;
+  const std::ptrdiff_t last = height / 2 - 1;
   const auto source = planes == Planes::exchanged ? call.source.image().withChromaExchanged() : call.source.image();
   const auto destination = call.destination.image();
-  copyRows(source, destination, 0, call.roiSize.width & ~1, height);
-  for (Zim32s row = 0; row <= last; ++row) {
-    const auto nearest = [&](std::ptrdiff_t i) { return std::clamp<std::ptrdiff_t>(row + i - 1, 0, last); };
-    convertCells<From, To, Chroma::apart>(From::of(source, nearest, nearest), To::at(destination, 0, 2 * row),
-                                          call.roiSize.width / 2, FourTap{});
+  copyRows(source, destination, 0, width, height);
+  for (std::ptrdiff_t row = 0; row <= last; ++row) {
+    const auto nearest = [&](std::ptrdiff_t r) { return std::clamp<std::ptrdiff_t>(r, 0, last); };
+    convertChromaRow<DoubleRows, Layout, ThreePlanes>(source, {row}, destination, 2 * row, width / 2);
+    convertChromaRow<FourTap, Layout, ThreePlanes>(source, {nearest(row - 1), row, nearest(row + 1), nearest(row + 2)},
+                                                   destination, 2 * row + 1, width / 2);
   }
   return zimResultOk;
 }

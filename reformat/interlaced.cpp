@@ -10,53 +10,69 @@ using namespace zim;
 
 namespace {
 
-// (k a + (2^shift - k) b + half the unit) >> shift, for each byte of two rows.
-template <int k, int shift, class Row>
-ZIM_INLINE Row blended(const Row& a, const Row& b) {
-  return perByte([](auto x, auto y) ZIM_LAMBDA { return blend<k, shift>(x, y); }, a, b);
-}
-
-// Four rows of chroma, two of each field, to one of each.
-struct ToHalf {
-  static constexpr int chromaRows = 2;
-  template <class Luma, class Row>
-  ZIM_INLINE auto operator()(const Content<Luma, std::array<Row, 4>>& in) const {
-    const auto& [even0, odd0, even1, odd1] = in.chroma;
-    return Content{in.luma, rowsOf(blended<3, 2>(even0, even1), blended<1, 2>(odd0, odd1))};
+// A row of chroma from two successive ones of its field, (k a + (2^shift - k) b + half the unit) >> shift.
+template <class From, class To, int k, int shift>
+struct Blend : Between<From, To, 2> {
+  template <class Row>
+  ZIM_INLINE Row operator()(const std::array<Row, 2>& rows) const {
+    return perByte([](auto a, auto b) ZIM_LAMBDA { return blend<k, shift>(a, b); }, rows[0], rows[1]);
   }
 };
+template <int k>
+using ToHalf = Blend<Grid422, Grid420, k, 2>;
+template <int k>
+using ToFull = Blend<Grid420, Grid422, k, 3>;
 
-// Two successive rows of each field to the two that lie between them.
-struct ToFull {
-  static constexpr int chromaRows = 4;
-  template <class Luma, class Row>
-  ZIM_INLINE auto operator()(const Content<Luma, std::array<Row, 4>>& in) const {
-    const auto& [even0, odd0, even1, odd1] = in.chroma;
-    return Content{in.luma, rowsOf(blended<5, 3>(even0, even1), blended<7, 3>(odd0, odd1),  //
-                                   blended<1, 3>(even0, even1), blended<3, 3>(odd0, odd1))};
-  }
-};
-
-// The chroma of the first and of the last two rows of a frame.
-struct Copied {
-  template <class In>
-  ZIM_INLINE auto operator()(const In& in) const {
-    return in;
-  }
-};
-
-// One frame on its way: strips of rows, with luma in them only where either side has it packed.
+// One frame on its way.
 template <class Source, class Destination>
 struct Frame {
-  static constexpr bool lumaApart = !Source::isPacked && !Destination::isPacked;
-  static constexpr int lumaRows(int rows) { return lumaApart ? 0 : rows; }
-
   SourceImage source;
   DestinationImage destination;
   Zim32s width;
 
+  // Rows from a multiple of 4 on, in groups of 4.
+  void toHalf(Zim32s first, Zim32s rows) const {
+    copyLuma(first, rows);
+    for (std::ptrdiff_t row = first; row < first + rows; row += 4) {
+      if constexpr (Source::isPacked) {
+        for (std::ptrdiff_t r = row; r < row + 4; ++r) {
+          using From = Strip<Source, 2, 1, 1, 1>;
+          using To = Strip<Destination, 2, 0, 1, 0>;
+          convertCells<From, To, Chroma::paired>(From::at(source, r, r), To::at(destination, r, 0), width / 2,
+                                                 LumaAlone{});
+        }
+      }
+      chromaRow<ToHalf<3>>({row, row + 2}, row / 2);
+      chromaRow<ToHalf<1>>({row + 1, row + 3}, row / 2 + 1);
+    }
+  }
+
+  // Rows from 2 + a multiple of 4 on, in groups of 4; before them the head of the frame, after them its tail.
+  void toFull(Zim32s first, Zim32s rows, bool hasHead, bool hasTail) const {
+    copyLuma(first, rows);
+    const std::ptrdiff_t end = first + rows - (hasTail ? 2 : 0);
+    std::ptrdiff_t row = first;
+    if (hasHead) {
+      copied(0, 0);
+      copied(1, 1);
+      row = 2;
+    }
+    for (; row < end; row += 4) {
+      const std::ptrdiff_t even = row / 2 - 1, odd = even + 1;
+      chromaRow<ToFull<5>>({even, even + 2}, row);
+      chromaRow<ToFull<7>>({odd, odd + 2}, row + 1);
+      chromaRow<ToFull<1>>({even, even + 2}, row + 2);
+      chromaRow<ToFull<3>>({odd, odd + 2}, row + 3);
+    }
+    if (hasTail) {
+      copied(row / 2 - 1, row);
+      copied(row / 2, row + 1);
+    }
+  }
+
+ private:
   void copyLuma(Zim32s row, Zim32s rows) const {
-    if constexpr (lumaApart) {
+    if constexpr (!Source::isPacked && !Destination::isPacked) {
       SourceImage from = source;
       DestinationImage to = destination;
       from.plane[0] = source.row(0, row);
@@ -65,33 +81,19 @@ struct Frame {
     }
   }
 
-  // So many rows of luma, of source chroma and of destination chroma, from given ones on.
-  template <int LumaRows, int FromRows, int ToRows, class Kernel>
-  void convert(std::ptrdiff_t luma, std::ptrdiff_t fromRow, std::ptrdiff_t toRow, const Kernel& kernel) const {
-    using From = Strip<Source, 2, 1, lumaRows(LumaRows), FromRows>;
-    using To = Strip<Destination, 2, 1, lumaRows(LumaRows), ToRows>;
+  // A row of chroma, in a packed destination with the luma of that row.
+  template <class Rule>
+  void chromaRow(std::array<std::ptrdiff_t, Rule::sourceRows> rows, std::ptrdiff_t row) const {
+    constexpr int lumaRows = Destination::isPacked ? 1 : 0;
+    using From = Strip<Source, 2, 1, Source::isPacked ? Rule::sourceRows : lumaRows, Rule::sourceRows>;
+    using To = Strip<Destination, 2, 1, lumaRows, 1>;
+    const auto lumaRow = [&](std::ptrdiff_t r)
+                             ZIM_LAMBDA { return Source::isPacked ? rows[static_cast<std::size_t>(r)] : row; };
+    const auto chromaRow = [&](std::ptrdiff_t r) ZIM_LAMBDA { return rows[static_cast<std::size_t>(r)]; };
     convertCells<From, To, Source::isPacked ? Chroma::paired : Chroma::apart>(
-        From::at(source, luma, fromRow), To::at(destination, luma, toRow), width / 2, kernel);
+        From::of(source, lumaRow, chromaRow), To::at(destination, row, row), width / 2, WithLuma<Rule>{});
   }
-
-  // Rows from a multiple of 4 on, in groups of 4.
-  void toHalf(Zim32s first, Zim32s rows) const {
-    copyLuma(first, rows);
-    for (Zim32s row = first; row < first + rows; row += 4) convert<4, 4, 2>(row, row, row / 2, ToHalf{});
-  }
-
-  // Rows from 2 + a multiple of 4 on, in groups of 4; before them the head of the frame, after them its tail.
-  void toFull(Zim32s first, Zim32s rows, bool hasHead, bool hasTail) const {
-    copyLuma(first, rows);
-    Zim32s row = first;
-    const Zim32s end = first + rows;
-    if (hasHead) {
-      convert<2, 2, 2>(0, 0, 0, Copied{});
-      row = 2;
-    }
-    for (; row < end - (hasTail ? 2 : 0); row += 4) convert<4, 4, 4>(row, row / 2 - 1, row, ToFull{});
-    if (hasTail) convert<2, 2, 2>(row, row / 2 - 1, row, Copied{});
-  }
+  void copied(std::ptrdiff_t from, std::ptrdiff_t row) const { chromaRow<DoubleRows>({from}, row); }
 };
 
 // Large frames are divided by hand into bands of whole groups for the team that the runtime grants.

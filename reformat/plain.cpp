@@ -28,96 +28,91 @@ using P3_YCrCb = Ordered<ThreePlanes, First::cr>;
 //
 // Only between three planes. Where a neighbour would lie beyond the image, the last row or column stands for it.
 
+template <class Row>
+ZIM_INLINE Row averageDown(const Row& a, const Row& b) {
+  return perByte([](auto x, auto y) ZIM_LAMBDA { return zim::averageDown(x, y); }, a, b);
+}
+
 // 4:1:1 from 4:2:0: even columns; between two rows their average, rounded down.
 struct RowsBetween {
+  struct Average : Between<Grid420, Grid411, 2> {
+    template <class Row>
+    ZIM_INLINE auto operator()(const std::array<Row, 2>& rows) const {
+      return averageDown(evenColumns(rows[0]), evenColumns(rows[1]));
+    }
+  };
   static void convert(const SourceImage& source, const DestinationImage& destination, ZimiSize size) {
-    using From = Strip<ThreePlanes, 4, 2, 0, 2>;
-    using To = Strip<ThreePlanes, 4, 1, 0, 2>;
-    const Zim32s last = size.height / 2 - 1;
-    for (Zim32s row = 0; row <= last; ++row) {
-      const auto nearest = [&](std::ptrdiff_t r) { return std::min<std::ptrdiff_t>(row + r, last); };
-      convertCells<From, To, Chroma::apart>(
-          From::of(source, nearest, nearest), To::at(destination, 2 * row, 2 * row), size.width / 4,
-          [](const auto& in) ZIM_LAMBDA {
-            const auto above = evenColumns(in.chroma[0]), below = evenColumns(in.chroma[1]);
-            const auto between = perByte([](auto a, auto b) ZIM_LAMBDA { return averageDown(a, b); }, above, below);
-            return Content{in.luma, rowsOf(above, between)};
-          });
+    const Zim32s cells = size.width / 4, last = size.height / 2 - 1;
+    for (std::ptrdiff_t row = 0; row <= last; ++row) {
+      using EvenColumnsOfRow = EvenColumnsOf<Grid420, Grid411>;
+      convertChromaRow<EvenColumnsOfRow, ThreePlanes, ThreePlanes>(source, {row}, destination, 2 * row, cells);
+      convertChromaRow<Average, ThreePlanes, ThreePlanes>(source, {row, std::min<std::ptrdiff_t>(row + 1, last)},
+                                                          destination, 2 * row + 1, cells);
     }
   }
 };
 
-// The lines of chroma one column further on: with those as they are, each sample beside its right neighbour.
-template <class Byte, std::size_t Lines>
-std::array<Byte*, 2 * Lines> withNextColumn(const std::array<Byte*, Lines>& line) {
-  return perRow<2 * Lines>([&](auto i) { return line[i / 2] + i % 2; });
+// Rows of which each comes from one or two rows of chroma and their right neighbours. The last column has none: its
+// two samples of the destination are one, the kernel's first.
+template <int Rows, class Kernel, class Last>
+void convertBesideNext(const SourceImage& source, std::array<std::ptrdiff_t, Rows> sourceRows,
+                       const DestinationImage& destination, std::ptrdiff_t row, std::ptrdiff_t columns,
+                       const Kernel& kernel, const Last& last) {
+  using From = Strip<ThreePlanes, 4, 1, 0, 2 * Rows>;
+  using To = Strip<ThreePlanes, 4, 2, 0, 1>;
+  std::array<const std::byte*, From::lines> from;
+  for (std::size_t i = 0; i < from.size(); ++i) {
+    from[i] = source.row(1 + i / (2 * Rows), sourceRows[i / 2 % Rows]) + i % 2;
+  }
+  const auto to = To::at(destination, 0, row);
+  if (columns > 1) convertCells<From, To, Chroma::apart>(from, to, columns - 1, kernel);
+  for (std::size_t p = 0; p < 2; ++p) {
+    const auto sample = [&](std::size_t r) { return std::to_integer<int>(from[p * 2 * Rows + 2 * r][columns - 1]); };
+    to[p][2 * columns - 2] = to[p][2 * columns - 1] = static_cast<std::byte>(last(sample));
+  }
 }
+constexpr auto kSame = [](const auto& sample) { return sample(0); };
+constexpr auto kAverageDown = [](const auto& sample) { return (sample(0) + sample(1)) >> 1; };
 
 // 4:2:0 from 4:1:1: even rows; between two columns their average, rounded down.
 struct ColumnsBetween {
+  static constexpr auto between = [](const auto& in) ZIM_LAMBDA {
+    const auto& [a, b] = in.chroma;
+    return Content{in.luma, rowsOf(alternating(a, averageDown(a, b)))};
+  };
   static void convert(const SourceImage& source, const DestinationImage& destination, ZimiSize size) {
-    using From = Strip<ThreePlanes, 4, 1, 0, 2>;
-    using To = Strip<ThreePlanes, 4, 2, 0, 1>;
-    const Zim32s last = size.width / 4 - 1;
-    for (Zim32s row = 0; row < size.height / 2; ++row) {
-      const auto from = Strip<ThreePlanes, 4, 1, 0, 1>::at(source, 0, 2 * row);
-      const auto to = To::at(destination, 0, row);
-      if (last > 0) {
-        convertCells<From, To, Chroma::apart>(withNextColumn(from), to, last, [](const auto& in) ZIM_LAMBDA {
-          const auto between =
-              perByte([](auto a, auto b) ZIM_LAMBDA { return averageDown(a, b); }, in.chroma[0], in.chroma[1]);
-          return Content{in.luma, rowsOf(alternating(in.chroma[0], between))};
-        });
-      }
-      for (std::size_t p = 0; p < 2; ++p) to[p][2 * last] = to[p][2 * last + 1] = from[p][last];
+    for (std::ptrdiff_t row = 0; row < size.height / 2; ++row) {
+      convertBesideNext<1>(source, {2 * row}, destination, row, size.width / 4, between, kSame);
     }
   }
 };
 
-// 4:2:0 from one sample for 4 x 4 pixels: averages between rows, columns and both. Those of Cb round, but not along the
-// last row and the last column; those of Cr round down.
+// 4:2:0 from one sample for 4 x 4 pixels: averages between rows, columns and both. Those of Cb round half up, but not
+// along the last row and the last column; those of Cr round down. The last row is repeated without averages.
 struct RowsAndColumnsBetween {
+  static constexpr auto onRow = [](const auto& in) ZIM_LAMBDA {
+    const auto& [a, b] = in.chroma;
+    return Content{in.luma, rowsOf(alternating(a, {averageUp(a[0], b[0]), zim::averageDown(a[1], b[1])}))};
+  };
+  static constexpr auto belowRow = [](const auto& in) ZIM_LAMBDA {
+    const auto& [a, b, c, d] = in.chroma;
+    using Row = std::decay_t<decltype(a)>;
+    const Row below = {averageUp(a[0], c[0]), zim::averageDown(a[1], c[1])};
+    const Row middle = {averageUp(a[0], b[0], c[0], d[0]), zim::averageDown(a[1], b[1], c[1], d[1])};
+    return Content{in.luma, rowsOf(alternating(below, middle))};
+  };
+  static constexpr auto repeated = [](const auto& in) ZIM_LAMBDA {
+    return Content{in.luma, rowsOf(alternating(in.chroma[0], in.chroma[0]))};
+  };
   static void convert(const SourceImage& source, const DestinationImage& destination, ZimiSize size) {
-    using Cell = Strip<ThreePlanes, 4, 1, 0, 2>;
-    using From = Strip<ThreePlanes, 4, 1, 0, 4>;
-    using To = Strip<ThreePlanes, 4, 2, 0, 2>;
-    const Zim32s last = size.width / 4 - 1, lastRow = size.height / 4 - 1;
-    for (Zim32s row = 0; row <= lastRow; ++row) {
-      const auto nearest = [&](std::ptrdiff_t r) { return std::min<std::ptrdiff_t>(row + r, lastRow); };
-      const auto from = Cell::of(source, nearest, nearest);
-      const auto to = To::at(destination, 0, 2 * row);
-      if (last > 0) {
-        const auto lines = withNextColumn(from);
-        if (row < lastRow) {
-          convertCells<From, To, Chroma::apart>(lines, to, last, inside);
-        } else {
-          convertCells<From, To, Chroma::apart>(lines, to, last, alongLastRow);
-        }
-      }
-      for (std::size_t p = 0; p < 2; ++p) {
-        const auto sample = [&](std::size_t r) { return std::to_integer<int>(from[2 * p + r][last]); };
-        to[2 * p][2 * last] = to[2 * p][2 * last + 1] = from[2 * p][last];
-        to[2 * p + 1][2 * last] = to[2 * p + 1][2 * last + 1] = static_cast<std::byte>((sample(0) + sample(1)) >> 1);
-      }
+    const std::ptrdiff_t columns = size.width / 4, last = size.height / 4 - 1;
+    for (std::ptrdiff_t row = 0; row < last; ++row) {
+      convertBesideNext<1>(source, {row}, destination, 2 * row, columns, onRow, kSame);
+      convertBesideNext<2>(source, {row, row + 1}, destination, 2 * row + 1, columns, belowRow, kAverageDown);
     }
+    convertBesideNext<1>(source, {last}, destination, 2 * last, columns, ColumnsBetween::between, kSame);
+    convertBesideNext<1>(source, {last}, destination, 2 * last + 1, columns, repeated, kSame);
   }
-
- private:
-  // Rows of `in`: a, its right neighbour b, and c and d below them.
-  static constexpr auto inside = [](const auto& in) ZIM_LAMBDA {
-    const auto& [a, b, c, d] = in.chroma;
-    using Row = std::decay_t<decltype(a)>;
-    const Row right = {averageUp(a[0], b[0]), averageDown(a[1], b[1])};
-    const Row below = {averageUp(a[0], c[0]), averageDown(a[1], c[1])};
-    const Row middle = {averageUp(a[0], b[0], c[0], d[0]), averageDown(a[1], b[1], c[1], d[1])};
-    return Content{in.luma, rowsOf(alternating(a, right), alternating(below, middle))};
-  };
-  static constexpr auto alongLastRow = [](const auto& in) ZIM_LAMBDA {
-    const auto& [a, b, c, d] = in.chroma;
-    using Row = std::decay_t<decltype(a)>;
-    const Row right = {averageDown(a[0], b[0]), averageDown(a[1], b[1])};
-    return Content{in.luma, rowsOf(alternating(a, right), alternating(a, a))};
-  };
 };
 
 // ---- Packed pixels in another order ----
