@@ -128,8 +128,8 @@ ZimResult slicesPlanar(const ChromaCall& call, Zim32s layout) {
   const auto destination = call.destination.image();
   const LowPass kernel = {slice->isWhole(), slice->isWhole() && !slice->isSinglePair()};
   for (std::ptrdiff_t row = slice->first; row < slice->end; ++row) {
-    convertCells<LumaFrom, LumaTo, Chroma::apart>(linesAround<LumaFrom>(*slice, source, row, 0),
-                                                  LumaTo::at(destination, row, 0), call.roiSize.width & ~1, kernel);
+    convertCells<LumaFrom, LumaTo, Chroma::paired>(linesAround<LumaFrom>(*slice, source, row, 0),
+                                                   LumaTo::at(destination, row, 0), call.roiSize.width & ~1, kernel);
   }
   // Each plane of chroma goes on by the other one's step, but in a top slice.
   const std::ptrdiff_t firstPair = slice->first / 2;
@@ -139,9 +139,9 @@ ZimResult slicesPlanar(const ChromaCall& call, Zim32s layout) {
     if (slice->atBottom || !slice->atTop) rows.step[p] = destination.step[3 - p];
   }
   for (std::ptrdiff_t pair = firstPair; pair < slice->end / 2; ++pair) {
-    convertCells<ChromaFrom, ChromaTo, Chroma::apart>(linesAround<ChromaFrom>(*slice, source, 0, pair),
-                                                      ChromaTo::at(rows, 0, pair - firstPair), call.roiSize.width / 2,
-                                                      kernel);
+    convertCells<ChromaFrom, ChromaTo, Chroma::paired>(linesAround<ChromaFrom>(*slice, source, 0, pair),
+                                                       ChromaTo::at(rows, 0, pair - firstPair), call.roiSize.width / 2,
+                                                       kernel);
   }
   return zimResultOk;
 }
@@ -212,7 +212,7 @@ ZimResult averagedBgr(const ChromaCall& call, Zim8u aval) {
     std::byte* const to = destination.row(0, row);
     if (last > 0) {
       // Chroma as it is, and one column further on.
-      convertCells<From, BgraStrip, Chroma::apart>(
+      convertCells<From, BgraStrip, Chroma::apart, kLanes<Zim8u>>(
           {luma, cb, cb + 1, cr, cr + 1}, {to}, last, [&](const auto& in) ZIM_LAMBDA {
             const auto& [own, next] = in.chroma;
             const auto chroma =

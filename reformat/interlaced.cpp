@@ -90,7 +90,7 @@ struct Frame {
     const auto lumaRow = [&](std::ptrdiff_t r)
                              ZIM_LAMBDA { return Source::isPacked ? rows[static_cast<std::size_t>(r)] : row; };
     const auto chromaRow = [&](std::ptrdiff_t r) ZIM_LAMBDA { return rows[static_cast<std::size_t>(r)]; };
-    convertCells<From, To, Source::isPacked ? Chroma::paired : Chroma::apart>(
+    convertCells<From, To, kChromaBetween<Source, Destination, Rule::sourceRows>>(
         From::of(source, lumaRow, chromaRow), To::at(destination, row, row), width / 2, WithLuma<Rule>{});
   }
   void copied(std::ptrdiff_t from, std::ptrdiff_t row) const { chromaRow<DoubleRows>({from}, row); }

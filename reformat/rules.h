@@ -108,7 +108,7 @@ ZIM_INLINE void convertChromaRow(const SourceImage& source, std::array<std::ptrd
   using FromStrip = Strip<Source, Rule::across, Rule::across / Rule::From::across, 0, Rule::sourceRows>;
   using ToStrip = Strip<Destination, Rule::across, Rule::across / Rule::To::across, 0, 1>;
   const auto sourceRow = [&](std::ptrdiff_t r) ZIM_LAMBDA { return sourceRows[static_cast<std::size_t>(r)]; };
-  convertCells<FromStrip, ToStrip, kChromaBetween<Source, Destination>>(
+  convertCells<FromStrip, ToStrip, kChromaBetween<Source, Destination, Rule::sourceRows>>(
       FromStrip::of(source, sourceRow, sourceRow), ToStrip::at(destination, 0, row), cells, WithLuma<Rule>{});
 }
 

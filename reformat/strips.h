@@ -139,6 +139,7 @@ struct ThreePlanes {
 // luma, or packed, then those of each chroma plane.
 template <class Layout, int Pixels, int Columns, int LumaRows, int ChromaRows>
 struct Strip {
+  static constexpr int pixels = Pixels;
   static constexpr bool hasChromaPlanes = Layout::chromaPlanes == 2;
   static constexpr std::size_t lines = static_cast<std::size_t>(LumaRows + Layout::chromaPlanes * ChromaRows);
   static_assert(!Layout::isPacked || LumaRows == ChromaRows);
@@ -234,8 +235,12 @@ template <class Source, class Destination, Chroma form, int N, class Kernel>
   }
 }
 
+// Cells of a block: 64 pixels, or more where a register of one chroma sample a cell takes more.
+template <class Strip>
+inline constexpr int kCells = std::max(kLanes<Zim8u>, 64 / Strip::pixels);
+
 // So many cells, at least one, in blocks; fewer than a block's apart from the image.
-template <class Source, class Destination, Chroma form, int N = kLanes<Zim8u>, class Kernel>
+template <class Source, class Destination, Chroma form, int N = kCells<Source>, class Kernel>
 ZIM_INLINE void convertCells(const std::array<const std::byte*, Source::lines>& from,
                              const std::array<std::byte*, Destination::lines>& to, std::ptrdiff_t cells,
                              const Kernel& kernel) {
@@ -259,10 +264,13 @@ ZIM_INLINE void convertCells(const std::array<const std::byte*, Source::lines>& 
   }
 }
 
-// The form that saves the most work between two layouts.
-template <class Source, class Destination>
-inline constexpr Chroma kChromaBetween =
-    Source::chromaPlanes == 2 || Destination::chromaPlanes == 2 ? Chroma::apart : Chroma::paired;
+// The form that saves the most work between two layouts: apart from where it first lies so, or ends so; but a few rows
+// of pairs become one before that comes apart.
+template <class Source, class Destination, int SourceRows = 1>
+inline constexpr Chroma kChromaBetween = Source::chromaPlanes == 2 ||
+                                                 (Destination::chromaPlanes == 2 && SourceRows == 1)
+                                             ? Chroma::apart
+                                             : Chroma::paired;
 
 }  // namespace ZIM_TARGET_NAMESPACE
 }  // namespace zim

@@ -23,16 +23,17 @@ ZIM_INLINE Lane<Zim8u, N> averageUp(Lane<Zim8u, N> a, Lane<Zim8u, N> b) {
   }
 }
 
+// (a + b) >> 1, as the complement of the average of complements rounded up. In a chain two complements meet, and the
+// compiler drops both.
+template <int N>
+ZIM_INLINE Lane<Zim8u, N> averageDown(Lane<Zim8u, N> a, Lane<Zim8u, N> b) {
+  return ~averageUp(~a, ~b);
+}
+
 // 1 where the bit is set that an average loses, 0 elsewhere.
 template <int N>
 ZIM_INLINE Lane<Zim8u, N> lowestBit(Lane<Zim8u, N> a) {
   return a & Lane<Zim8u, N>(1);
-}
-
-// (a + b) >> 1
-template <int N>
-ZIM_INLINE Lane<Zim8u, N> averageDown(Lane<Zim8u, N> a, Lane<Zim8u, N> b) {
-  return averageUp(a, b) - lowestBit(a ^ b);
 }
 
 // (a + b + c + d) >> 2. The averages of two pairs lose a half each; two lost halves make a carry.
