@@ -64,6 +64,9 @@ set(ZIMCC_SOURCES
   models/luv.cpp
   models/xyz.cpp
   models/ycc.cpp
+  reformat/filtered.cpp
+  reformat/interlaced.cpp
+  reformat/plain.cpp
   tone/color_twist.cpp
   tone/gamma.cpp
   tone/tone_mapping.cpp)

@@ -6,10 +6,12 @@
 namespace zim {
 
 enum class Test {
-  pointers,  // the pointers as passed, arrays of planes by their own address
-  planes,    // the pointers inside arrays
-  size,      // width and height of at least 1, or of what the arguments name as least
-  steps,     // every step of at least 1
+  pointers,    // the pointers as passed, arrays of planes by their own address
+  planes,      // the pointers inside arrays
+  size,        // as the export accepts it: width and height of at least 1 if it says no more
+  empty,       // width and height of at least 1, where the size is tested again later
+  steps,       // every step of at least 1
+  stepArrays,  // the arrays of steps as passed
 };
 
 template <class Arguments>
@@ -38,17 +40,21 @@ struct Order {
       return arguments.pointersGiven() ? zimResultOk : zimResultNullPointer;
     } else if constexpr (test == Test::planes) {
       return arguments.planesGiven() ? zimResultOk : zimResultNullPointer;
-    } else if constexpr (test == Test::size) {
+    } else if constexpr (test == Test::size && requires { arguments.sizeAccepted(); }) {
+      return arguments.sizeAccepted() ? zimResultOk : zimResultBadSize;
+    } else if constexpr (test == Test::size || test == Test::empty) {
       constexpr ZimiSize least = leastSize<Arguments>();
       return arguments.roiSize.width >= least.width && arguments.roiSize.height >= least.height ? zimResultOk
                                                                                                 : zimResultBadSize;
+    } else if constexpr (test == Test::stepArrays) {
+      return arguments.stepArraysGiven() ? zimResultOk : zimResultNullPointer;
     } else {
       return arguments.stepsPositive() ? zimResultOk : zimResultBadStep;
     }
   }
 };
 
-// N: pointers as passed, Q: pointers inside arrays, S: size, T: steps.
+// N: pointers as passed, Q: pointers inside arrays, S: size, E: empty size, T: steps, A: arrays of steps.
 using N_Q = Order<Test::pointers, Test::planes>;
 using N_S = Order<Test::pointers, Test::size>;
 using N_S_T = Order<Test::pointers, Test::size, Test::steps>;
@@ -57,5 +63,9 @@ using N_Q_S = Order<Test::pointers, Test::planes, Test::size>;
 using N_Q_T_S = Order<Test::pointers, Test::planes, Test::steps, Test::size>;
 using S_N = Order<Test::size, Test::pointers>;
 using N_Q_S_T = Order<Test::pointers, Test::planes, Test::size, Test::steps>;
+using N_S_Q_A = Order<Test::pointers, Test::size, Test::planes, Test::stepArrays>;
+using N_Q_S_A = Order<Test::pointers, Test::planes, Test::size, Test::stepArrays>;
+using N_A_Q_S = Order<Test::pointers, Test::stepArrays, Test::planes, Test::size>;
+using N_E_Q_S_A = Order<Test::pointers, Test::empty, Test::planes, Test::size, Test::stepArrays>;
 
 }  // namespace zim

@@ -11,6 +11,9 @@
 // Name of the body of an export.
 #define ZIM_BODY(name) ZIM_JOIN(ZIM_TARGET_PREFIX, name)
 
+// Further parameters, given in parentheses and maybe none, after those before them.
+#define ZIM_AND(...) __VA_OPT__(, ) __VA_ARGS__
+
 // C linkage and the public type: a body whose definition differs from the public declaration does not compile.
 extern "C" {
 #define ZIM_EXPORT(name) extern decltype(name) ZIM_BODY(name);

@@ -261,8 +261,6 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
 }  // namespace ZIM_TARGET_NAMESPACE
 }  // namespace zim
 
-#define ZIM_AND(...) __VA_OPT__(, ) __VA_ARGS__
-
 // The body of an export: layouts, further parameters in parentheses, and what it returns of its `call`.
 #define ZIM_CONVERSION(name, SourceLayout, DestinationLayout, parameters, ...)                             \
   ZimResult ZIM_BODY(name)(SourceLayout::Source pSrc, Zim32s srcStep, DestinationLayout::Destination pDst, \

@@ -1255,6 +1255,274 @@ ZimResult zimiDemosaicAHD_16u_C1C3R(const Zim16u* pSrc, ZimiRegion srcRoi, ZimiS
                                     Zim16u* pDst, Zim32s dstStep, ZimBayerGrid grid, Zim16u* pBuf, Zim32s bufStep);
 /** @} */
 
+/* ---- Chroma layouts -------------------------------------------------------------------------------------------------
+ *
+ * Luma-chroma images of 8-bit samples between layouts and sub-samplings, without a change of colour model.
+ *
+ * Grids: 422 has a chroma sample for 2 pixels across; 420 for 2 across and 2 down; 411 for 4 across; 1620 for 4 across
+ * and 4 down. Layouts: C2, packed, four bytes for two pixels in the order that the colour words spell (YCbCr422: Y0,
+ * Cb, Y1, Cr; CbYCr422: Cb, Y0, Cr, Y1; YCrCb422: Y0, Cr, Y1, Cb); P2, a plane of luma and one of Cb, Cr pairs; P3,
+ * three planes, as an array of pointers and an array of steps, in the order that the colour words spell.
+ *
+ * Null pointers, planes and arrays of steps give zimResultNullPointer; pointers are tested before the size unless a
+ * declaration says otherwise. Steps are not tested. Luma is copied as it stands where nothing is said of it.
+ */
+
+/** \name Layout and order alone
+ *
+ * Nothing is lost or added. 422 takes widths from 2, 420 sizes from 2 x 2, 411 widths from 4; pixels beyond the last
+ * whole chroma sample are left out, and the result is zimResultOk all the same. A height below 1 converts nothing and
+ * gives zimResultOk in zimiCbYCr422ToYCbCr422_8u_C2P3R, zimiYCbCr422ToYCrCb422_*, zimiYCrCb422ToYCbCr422_8u_C2P3R and
+ * zimiYCbCr411_*; it is zimResultBadSize in the others. zimiYCbCr420ToYCrCb420_8u_P2P3R keeps the order of pairs: the
+ * first byte goes to plane 1, as in zimiYCbCr420_8u_P2P3R; it finds null planes after a size below 1 x 1 and before one
+ * below 2 x 2.
+ * @{ */
+ZimResult zimiCbYCr422ToYCbCr422_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                          const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiCbYCr422ToYCbCr422_8u_C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                        ZimiSize roiSize);
+ZimResult zimiYCbCr411_8u_P2P3R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr, Zim32s srcCbCrStep,
+                                Zim8u* const pDst[3], const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr411_8u_P3P2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDstY, Zim32s dstYStep,
+                                Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToYCrCb420_8u_P2P3R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr,
+                                          Zim32s srcCbCrStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                          ZimiSize roiSize);
+ZimResult zimiYCbCr420_8u_P2P3R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr, Zim32s srcCbCrStep,
+                                Zim8u* const pDst[3], const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr420_8u_P3P2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDstY, Zim32s dstYStep,
+                                Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToCbYCr422_8u_C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                        ZimiSize roiSize);
+ZimResult zimiYCbCr422ToCbYCr422_8u_P3C2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst,
+                                          Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToYCrCb422_8u_C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                        ZimiSize roiSize);
+ZimResult zimiYCbCr422ToYCrCb422_8u_P3C2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst,
+                                          Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                ZimiSize roiSize);
+ZimResult zimiYCbCr422_8u_P3C2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
+                                ZimiSize roiSize);
+ZimResult zimiYCrCb420ToYCbCr420_8u_P3P2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDstY,
+                                          Zim32s dstYStep, Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiYCrCb422ToYCbCr422_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                          const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name 4:2:2 to 4:2:0: even rows
+ *
+ * Of each two rows of chroma the even one is taken and the odd one dropped, without an average. Sizes from 2 x 2; an
+ * odd last column or row is left out, luma as well.
+ * @{ */
+ZimResult zimiCbYCr422ToYCbCr420_8u_C2P2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDstY, Zim32s dstYStep,
+                                          Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiCbYCr422ToYCbCr420_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                          const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiCbYCr422ToYCrCb420_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                          const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr422ToYCbCr420_8u_C2P2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDstY, Zim32s dstYStep,
+                                          Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToYCbCr420_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                          const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr422ToYCbCr420_8u_P3P2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDstY,
+                                          Zim32s dstYStep, Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToYCbCr420_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                        const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr422ToYCrCb420_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                          const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCrCb422ToYCbCr420_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                          const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name 4:2:0 to 4:2:2: rows twice
+ *
+ * Each row of chroma is written to two rows. Sizes from 2 x 2; an odd last column or row is left out, luma as well.
+ * @{ */
+ZimResult zimiYCbCr420ToCbYCr422_8u_P2C2R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr,
+                                          Zim32s srcCbCrStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToYCbCr422_8u_P2C2R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr,
+                                          Zim32s srcCbCrStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr420ToYCbCr422_8u_P2P3R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr,
+                                          Zim32s srcCbCrStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                          ZimiSize roiSize);
+ZimResult zimiYCbCr420ToYCbCr422_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                        const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCrCb420ToCbYCr422_8u_P3C2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst,
+                                          Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCrCb420ToYCbCr422_8u_P3C2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst,
+                                          Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCrCb420ToYCbCr422_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                        const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name 4:2:2 to 4:1:1: even columns
+ *
+ * Of each two columns of chroma the even one is taken and the odd one dropped, without an average. Widths from 4, of
+ * which whole multiples of 4 are converted; a height below 1 converts nothing and gives zimResultOk.
+ * @{ */
+ZimResult zimiCbYCr422ToYCbCr411_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                          const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr422ToYCbCr411_8u_C2P2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDstY, Zim32s dstYStep,
+                                          Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToYCbCr411_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                          const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr422ToYCbCr411_8u_P3P2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDstY,
+                                          Zim32s dstYStep, Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiYCbCr422ToYCbCr411_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                        const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCrCb422ToYCbCr411_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                          const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name 4:1:1 to 4:2:2: columns twice
+ *
+ * Each sample of chroma is written to two columns. Widths from 4, of which whole multiples of 4 are converted; a height
+ * below 1 converts nothing and gives zimResultOk.
+ * @{ */
+ZimResult zimiYCbCr411ToYCbCr422_8u_P2C2R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr,
+                                          Zim32s srcCbCrStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr411ToYCbCr422_8u_P2P3R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr,
+                                          Zim32s srcCbCrStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                          ZimiSize roiSize);
+ZimResult zimiYCbCr411ToYCbCr422_8u_P3C2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst,
+                                          Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr411ToYCbCr422_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                        const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr411ToYCrCb422_8u_P3C2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst,
+                                          Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiYCbCr411ToYCrCb422_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                        const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name 4:1:1 to 4:2:0 and back, folded
+ *
+ * Lossless: a row of 4:2:0 chroma has in its even columns a row of 4:1:1 chroma, and in its odd columns the row below
+ * that. Sizes from 4 x 2, of which whole multiples of 4 x 2 are converted.
+ * @{ */
+ZimResult zimiYCbCr411ToYCbCr420_8u_P2P3R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr,
+                                          Zim32s srcCbCrStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                          ZimiSize roiSize);
+ZimResult zimiYCbCr411ToYCbCr420_8u_P3P2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDstY,
+                                          Zim32s dstYStep, Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiYCbCr411ToYCbCr420_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                        const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr411ToYCrCb420_8u_P2P3R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr,
+                                          Zim32s srcCbCrStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                          ZimiSize roiSize);
+ZimResult zimiYCbCr420ToYCbCr411_8u_P2P3R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr,
+                                          Zim32s srcCbCrStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                          ZimiSize roiSize);
+ZimResult zimiYCbCr420ToYCbCr411_8u_P3P2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDstY,
+                                          Zim32s dstYStep, Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiYCrCb420ToYCbCr411_8u_P3P2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDstY,
+                                          Zim32s dstYStep, Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+/** @} */
+
+/** \name Chroma from its neighbours
+ *
+ * zimiYCbCr420To1620_8u_P3R takes even rows and even columns. zimiYCbCr420To411_8u_P3R takes even columns, and between
+ * two rows their average, rounded down; below the last row that row again. zimiYCbCr411To420_8u_P3R takes even rows,
+ * and between two columns their average, rounded down; beyond the last column that column again.
+ * zimiYCbCr1620To420_8u_P3R puts averages between rows, between columns and between both: of Cb rounded half up, of Cr
+ * rounded down, and along the right and the lower edge rounded down for both. Below the last row that row is repeated
+ * without averages. Width and height have to be multiples of 4, in zimiYCbCr420To411_8u_P3R the width of 4 and the
+ * height of 2; others give zimResultBadSize.
+ * @{ */
+ZimResult zimiYCbCr1620To420_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                    const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr411To420_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                   const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr420To1620_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                    const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr420To411_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                   const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name 4:2:0 in slices, luma filtered down its columns
+ *
+ * Luma is weighted 1:2:1 over three rows (3:1 at the upper and lower edge), chroma the average of two rows. An image
+ * may be converted slice by slice: layout is zimSliceTop, zimSliceCenter, zimSliceBottom, or zimSliceWhole for the
+ * whole image; other values write nothing and give zimResultOk. The output of a slice stops two rows short of its end;
+ * center and bottom slices begin two rows above their own, so that three luma rows, one chroma row and two destination
+ * rows (one of destination chroma) above the pointers have to be there.
+ *
+ * How the sums round is particular to each row. With Y1 = min(((Y[r-1] + 2 Y[r] + Y[r+1]) >> 2) + 1, 255), Y0 without
+ * the 1, edges with the row itself in place of the one beyond; C1 = min(((C[m] + C[m+1]) >> 1) + 1, 255), C0 without
+ * the 1, m = r / 2:
+ *   - zimiYCbCr420ToYCbCr422_Filter_8u_P2C2R: Y1 and C1, but Y0 in row 1 of a top slice and in the last two rows of a
+ *     bottom slice, and C0 in the inner rows of a whole image and in the last two rows of a bottom slice; the last two
+ *     rows have the chroma of the last pair of rows. A whole image of two rows has the chroma of its one row.
+ *   - zimiYCbCr420ToYCrCb420_Filter_8u_P2P3R: Y1 and C1 in a whole image, Y0 and C0 in slices; the last row has the
+ * chroma of the one above it. A whole image of two rows keeps its chroma. The first byte of each pair goes to plane 1.
+ * In center, bottom and whole, plane 1 advances by the step of plane 2 and plane 2 by that of plane 1. Null planes are
+ *     found after a size below 1 x 1 and before one below 2 x 2. A top slice of height 2 writes nothing.
+ *
+ * Sizes from 2 x 2; an odd last column or row is left out.
+ * @{ */
+enum {
+  zimSliceTop = 1,     /**< the first slice */
+  zimSliceCenter = 4,  /**< a slice between two others */
+  zimSliceBottom = 16, /**< the last slice */
+  zimSliceWhole = 21   /**< the whole image; so is any value with the bits of the three others */
+};
+ZimResult zimiYCbCr420ToYCbCr422_Filter_8u_P2C2R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr,
+                                                 Zim32s srcCbCrStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                                 Zim32s layout);
+ZimResult zimiYCbCr420ToYCrCb420_Filter_8u_P2P3R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr,
+                                                 Zim32s srcCbCrStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                                 ZimiSize roiSize, Zim32s layout);
+/** @} */
+
+/** \name 4:2:0 to 4:2:2, chroma rows interpolated
+ *
+ * Even rows are those of the source; odd rows are (9 (a + b) - p - n + 8) >> 4, limited to 0..255, of the rows a and b
+ * next to them and p and n beyond those, with the first and the last even row in place of rows outside. Sizes from 2 x
+ * 8; the width is rounded down to even, the height to a multiple of 8.
+ * @{ */
+ZimResult zimiYCbCr420ToYCbCr422_Filter_8u_P2P3R(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr,
+                                                 Zim32s srcCbCrStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                                 ZimiSize roiSize);
+ZimResult zimiYCbCr420ToYCbCr422_Filter_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3],
+                                               Zim8u* const pDst[3], const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCrCb420ToYCbCr422_Filter_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3],
+                                               Zim8u* const pDst[3], const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** YCrCb 4:2:0 to BGR with chroma averaged between columns.
+ *
+ * BT.601 in studio range, truncated and limited to 0..255. Even pixels have their own chroma sample, odd ones the
+ * average, rounded half up, with the next; in the last pair both have their own. aval is stored as the fourth sample.
+ * Sizes from 1 x 1; an odd width or height gives zimWarnOddSize, and the last column or row is left out. A width of 1
+ * writes two pixels a row. Null planes are found after the size is tested.
+ */
+ZimResult zimiYCrCb420ToBGR_Filter_8u_P3C4R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst,
+                                            Zim32s dstStep, ZimiSize roiSize, Zim8u aval);
+
+/** \name Interlaced 4:2:2 to 4:2:0
+ *
+ * The fields, even and odd rows, do not mix. Of each four rows s0 to s3 of chroma come two: (3 s0 + s2 + 2) >> 2 and
+ * (s1 + 3 s3 + 2) >> 2. Sizes from 2 x 4; the width is rounded down to even, the height to a multiple of 4, with
+ * zimWarnOddSize if that leaves pixels out. Runs on a team of threads from 128 x 132 pixels.
+ * @{ */
+ZimResult zimiCbYCr422ToYCbCr420_Interlace_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                                    const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr422To420_Interlace_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                             const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name Interlaced 4:2:0 to 4:2:2
+ *
+ * Within a field, between two rows s and t of chroma come two: in the even field (5 s + 3 t + 4) >> 3 and
+ * (s + 7 t + 4) >> 3, in the odd field (7 s + t + 4) >> 3 and (3 s + 5 t + 4) >> 3. The first two rows and the last two
+ * are copies. Sizes, result and threads as in the opposite direction.
+ * @{ */
+ZimResult zimiYCbCr420To422_Interlace_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* const pDst[3],
+                                             const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiYCbCr420ToCbYCr422_Interlace_8u_P3C2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst,
+                                                    Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
 #ifdef __cplusplus
 }
 #endif
