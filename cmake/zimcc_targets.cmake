@@ -51,6 +51,10 @@ set(ZIMCC_SOURCES
   lumachroma/full_resolution.cpp
   lumachroma/ycocg.cpp
   models/gray.cpp
+  reduce/error_diffusion.cpp
+  reduce/noise.cpp
+  reduce/one_bit.cpp
+  reduce/reduce_bits.cpp
   tone/color_twist.cpp
   tone/gamma.cpp
   tone/tone_mapping.cpp)
