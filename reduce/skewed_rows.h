@@ -87,7 +87,7 @@ class SkewedRows {
     const std::ptrdiff_t x = t - skew * row, width = width_;
     const std::ptrdiff_t begin = std::clamp<std::ptrdiff_t>(x, 0, width);
     const std::ptrdiff_t end = std::clamp<std::ptrdiff_t>(x + steps, 0, width);
-    return {begin, begin - x, end - begin};
+    return {begin, std::clamp<std::ptrdiff_t>(begin - x, 0, steps), end - begin};
   }
 
   // Errors of a row above for the steps from t on, zero beside the image.
