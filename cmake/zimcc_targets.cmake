@@ -64,6 +64,10 @@ set(ZIMCC_SOURCES
   models/luv.cpp
   models/xyz.cpp
   models/ycc.cpp
+  reduce/error_diffusion.cpp
+  reduce/noise.cpp
+  reduce/one_bit.cpp
+  reduce/reduce_bits.cpp
   reformat/filtered.cpp
   reformat/interlaced.cpp
   reformat/plain.cpp

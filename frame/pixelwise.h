@@ -6,6 +6,8 @@
 // Its results saturate to the destination's sample type. A kernel that keeps low bits instead masks them itself. One
 // that is a long chain of operations may ask for several registers of each channel at a time:
 //     static constexpr int registers = 2;
+// One whose results depend on the column moves along the row, from the first column on:
+//     void advance(std::ptrdiff_t pixels);
 #pragma once
 
 #include <algorithm>
@@ -122,10 +124,20 @@ inline constexpr bool loadsAhead = Source::planes == 1 && Source::channels > 1 &
                                    sizeof(typename Source::Sample) == 1 && sizeof(typename Kernel::Sample) > 1 &&
                                    !usesPacked<Kernel, Source, Destination>;
 
+template <class Kernel>
+concept MovesAlong = requires(Kernel& kernel) {
+  kernel.advance(1);
+};
+template <class Kernel>
+ZIM_INLINE void advance([[maybe_unused]] Kernel& kernel, [[maybe_unused]] std::ptrdiff_t pixels) {
+  if constexpr (MovesAlong<Kernel>) kernel.advance(pixels);
+}
+
 // One row: whole blocks, then the rest as a block apart from the row, or pixel by pixel where that is quicker.
 template <class Source, class Destination, class Kernel>
 ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Position<std::byte, Destination::planes> to,
-                           std::ptrdiff_t width, const Kernel& kernel) {
+                           std::ptrdiff_t width, const Kernel& atFirstColumn) {
+  std::conditional_t<MovesAlong<Kernel>, Kernel, const Kernel&> kernel = atFirstColumn;
   constexpr int block =
       std::max({kLanes<typename Source::Sample>, kLanes<typename Destination::Sample>, kLanesPerCall<Kernel>});
   constexpr int fewPixels = block / 8 + 1;
@@ -154,6 +166,7 @@ ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Posit
         Way::store(to, kernel, in);
         from = from.at(block * Source::pixelBytes);
         to = to.at(block * Destination::pixelBytes);
+        advance(kernel, block);
         forChannels<in.size()>([&](auto c) ZIM_LAMBDA { in[c] = next[c]; });
       }
     } else {
@@ -161,6 +174,7 @@ ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Posit
         convertBlock<Source, Destination, block>(from, to, kernel);
         from = from.at(block * Source::pixelBytes);
         to = to.at(block * Destination::pixelBytes);
+        advance(kernel, block);
       }
     }
   }
@@ -171,6 +185,7 @@ ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Posit
   } else {
     for (int x = 0; x < rest; ++x) {
       convertBlock<Source, Destination, 1>(from.at(x * Source::pixelBytes), to.at(x * Destination::pixelBytes), kernel);
+      advance(kernel, 1);
     }
   }
 }

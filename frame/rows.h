@@ -19,6 +19,7 @@ constexpr Zim32s wrappingProduct(Zim32s a, Zim32s b) {
 enum class Offsets {
   bytes,       // exact bytes, product of pointer width
   bytes32,     // exact bytes, product of 32 bits that wraps
+  elements,    // whole samples: low bits of the step are dropped; product of pointer width
   elements32,  // whole samples: low bits of the step are dropped; product of 32 bits that wraps
   elements,    // whole samples, product of pointer width
 };
@@ -30,6 +31,8 @@ std::ptrdiff_t rowOffset(Zim32s row, Zim32s step) {
     return std::ptrdiff_t{row} * step;
   } else if constexpr (offsets == Offsets::bytes32) {
     return wrappingProduct(row, step);
+  } else if constexpr (offsets == Offsets::elements) {
+    return std::ptrdiff_t{row} * (step & -sampleBytes);
   } else {
     constexpr int shift = sampleBytes == 1 ? 0 : sampleBytes == 2 ? 1 : sampleBytes == 4 ? 2 : 3;
     const std::ptrdiff_t samples =

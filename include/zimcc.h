@@ -58,6 +58,17 @@ enum {
   zimResultBadDither = -224  /**< the operation does not support this kind of dither */
 };
 
+/** How zimiReduceBits_* chooses between two levels. */
+typedef int32_t ZimDitherKind;
+
+enum {
+  zimDitherKindNone = 0,              /**< the nearest level */
+  zimDitherKindFloydSteinberg = 1,    /**< error diffusion to four pixels: 7, 3, 5, 1 over 16 */
+  zimDitherKindJarvisJudiceNinke = 2, /**< error diffusion to twelve pixels: 7, 5, 3, 1 over 48 */
+  zimDitherKindStucki = 3,            /**< error diffusion to twelve pixels: 8, 4, 2, 1 over 42 */
+  zimDitherKindBayer = 4              /**< a pattern of 4 x 4 thresholds */
+};
+
 /** Extent of a region, passed by value. */
 typedef struct ZimiSize {
   Zim32s width;  /**< pixels in a row */
@@ -1522,6 +1533,120 @@ ZimResult zimiYCbCr420To422_Interlace_8u_P3R(const Zim8u* const pSrc[3], const Z
 ZimResult zimiYCbCr420ToCbYCr422_Interlace_8u_P3C2R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst,
                                                     Zim32s dstStep, ZimiSize roiSize);
 /** @} */
+
+/* ---- Bit depth ------------------------------------------------------------------------------------------------------
+ */
+
+/** \name Fewer levels, with or without dither
+ *
+ * Snaps every sample to one of `levels` equally spaced values of the source's range, black and white among them, and
+ * stores it in the destination's type. 32f sources range from 0 to 1. 16-bit sources give 8-bit destinations the high
+ * byte of their level; 8u stores level n as n times a step of 1/256 units, which may end at 254.
+ *
+ * dither chooses between the two levels beside a sample:
+ *   zimDitherKindNone             the nearer one.
+ *   zimDitherKindBayer            the upper one where the sample is above the lower by more than a threshold of its
+ *                                 column and row. Float results outside the destination's range keep their low bits.
+ *   zimDitherKindFloydSteinberg,  by half a level, after the errors of neighbours to the left and above have been
+ *   ...JarvisJudiceNinke,         added. Samples that errors take to white or black pass nothing on.
+ *   ...Stucki
+ *   any other value               nothing is done, and the result is zimResultOk.
+ * noise, in percent, adds up to so much of a level to the thresholds, at random but in every call alike;
+ * zimDitherKindNone ignores it.
+ *
+ * Error diffusion takes each channel from top to bottom. Channels of a pixel that one thread takes one after another
+ * share their errors: those of a channel's last rows reach the first rows of the next. So images of several channels
+ * depend on the size of the team, that is on ownGetNumThreads: up to 4 threads share the channels in order, and three
+ * channels count one thread less from 4 on.
+ *
+ * AC4 forms leave the fourth sample as it was; C4 forms treat it as the others. The low bits of a step that is no
+ * multiple of the sample size are dropped, except without dither and by zimDitherKindBayer on C4.
+ *
+ * After null pointers and size: zimResultBadNoise unless noise is 0..100; zimResultBadLevels unless levels is 2..256
+ * for 8-bit destinations, 2..65536 for 16-bit ones. Noise and error diffusion take scratch from zimMalloc;
+ * zimResultNoMemory, with the destination untouched, if there is none. Where it is the rows of errors that cannot be
+ * had, the tables of noise stay allocated. Any size from 1 x 1; steps are not tested.
+ * @{ */
+ZimResult zimiReduceBits_8u_C1R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                 Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_8u_C4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16u_C1R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                 Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                 Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                  Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16u_C4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                 Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16s_C1R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                 Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                 Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                  Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16s_C4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                 Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16u8u_C1R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                   Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                   Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16u8u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16u8u_C4R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                   Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16s8u_C1R(const Zim16s* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                   Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16s8u_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                   Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16s8u_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_16s8u_C4R(const Zim16s* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                   Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                   Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_32f8u_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                   Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_32f8u_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_32f8u_C4R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                   Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_32f16u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_32f16u_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_32f16u_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                     Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_32f16u_C4R(const Zim32f* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_32f16s_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_32f16s_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_32f16s_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                     Zim32s noise, ZimDitherKind dither, Zim32s levels);
+ZimResult zimiReduceBits_32f16s_C4R(const Zim32f* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    Zim32s noise, ZimDitherKind dither, Zim32s levels);
+/** @} */
+
+/** Bitmap of a gray image: bit 7 of a byte is the leftmost pixel, 1 is white.
+ *
+ * dither is zimDitherKindNone, white being any sample above threshold, or zimDitherKindStucki, error diffusion in
+ * integers. The two arguments before it are not read.
+ *
+ * A row starts at bit dstBitOffset & 7 of its first byte, counted from bit 7, and leaves the bits ahead as they were,
+ * as it does those behind its end. Only where it both starts inside its first byte and ends there, the bits behind
+ * become 0.
+ *
+ * After null pointers: zimResultBadSize for a width or height below 1 or an offset below 0, then zimResultBadDither.
+ * Error diffusion takes scratch from zimMalloc; zimResultNoMemory, with the destination untouched, if there is none. */
+ZimResult zimiReduceBits_8u1u_C1R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, Zim32s dstBitOffset,
+                                  ZimiSize roiSize, Zim32s unread1, Zim32s unread2, ZimDitherKind dither,
+                                  Zim8u threshold);
 
 #ifdef __cplusplus
 }

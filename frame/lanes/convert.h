@@ -147,6 +147,19 @@ ZIM_INLINE Lane<To, N> narrow(Lane<T, N> a) {
   }
 }
 
+// The low bits of each lane as a sample without sign.
+template <class To, int N>
+ZIM_INLINE Lane<To, N> lowBits(Lane<Zim32s, N> a) {
+  static_assert(std::is_unsigned_v<To> && sizeof(To) < 4);
+  if constexpr (Lane<Zim32s, N>::form == Form::single) {
+    return Lane<To, N>(static_cast<To>(a.v));
+  } else if constexpr (sizeof(To) == 1) {
+    return narrow<To>(a & Lane<Zim32s, N>(255));
+  } else {
+    return bitsAs<To>(narrow<Zim16s>((a << 16) >> 16));
+  }
+}
+
 // Truncation toward zero; NaN and what 32 bits do not hold give 0x80000000.
 template <int N>
 ZIM_INLINE Lane<Zim32s, N> truncate(Lane<Zim32f, N> a) {

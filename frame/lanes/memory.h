@@ -376,6 +376,43 @@ ZIM_INLINE void storeBytes(std::byte* first, Lane<Zim16s, kLanes<Zim16s>> a,  //
 #endif
 }
 
+// ---- Bits ----
+
+// The upper bit of each lane, that of the first in bit 0.
+template <int N>
+ZIM_INLINE std::uint64_t upperBits(Lane<Zim8s, N> a) {
+  if constexpr (kForm<Zim8s, N> == Form::split) {
+    return upperBits(a.v.lo) | upperBits(a.v.hi) << (N / 2);
+  } else {
+    return static_cast<std::uint32_t>(ZIM_MM(movemask_epi8)((Register)a.v));
+  }
+}
+
+// ---- Several rows side by side ----
+
+// Four registers of lanes in four columns, or back: in each 128-bit half the lane at place i of register k comes to
+// place k of register i.
+template <class T, int N>
+ZIM_INLINE std::array<Lane<T, N>, 4> transpose(const std::array<Lane<T, N>, 4>& rows) {
+  static_assert(sizeof(T) == 4 && kForm<T, N> == Form::whole);
+  const Registers<4> columns =
+      perfectShuffles<4, 2>(perChannel<4>([&](auto c) ZIM_LAMBDA { return (Register)rows[c].v; }));
+  return perChannel<4>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::of((typename Lane<T, N>::Value)columns[c]); });
+}
+
+// Every lane in the place of the next, and a value from memory in the first.
+template <class T, int N>
+ZIM_INLINE Lane<T, N> shiftedUp(Lane<T, N> a, const T* first) {
+  static_assert(sizeof(T) == 4 && kForm<T, N> == Form::whole);
+#if defined(__AVX2__)
+  const __m256i moved = _mm256_permutevar8x32_epi32((Register)a.v, _mm256_setr_epi32(0, 0, 1, 2, 3, 4, 5, 6));
+  const __m256i both = _mm256_blend_epi32(moved, (Register)Lane<T, N>(*first).v, 1);
+#else
+  const auto both = (Register)_mm_move_ss((__m128)_mm_slli_si128((Register)a.v, 4), (__m128)Lane<T, N>(*first).v);
+#endif
+  return Lane<T, N>::of((typename Lane<T, N>::Value)both);
+}
+
 // ---- Woven blocks: even pixels as the first half of the lanes, odd ones as the second ----
 //
 // Without a shuffle of bytes, three channels come apart and together most quickly by way of pairs, each of which holds

@@ -1,0 +1,310 @@
+// Fewer levels: every sample snapped to one of some equally spaced values, without dither, with ordered dither or with
+// diffusion of errors, and stored as it is or in a narrower type.
+
+#include <algorithm>
+
+#include "frame/pixelwise.h"
+#include "reduce/error_diffusion.h"
+#include "reduce/levels.h"
+#include "reduce/noise.h"
+
+using namespace zim;
+
+namespace {
+
+// Samples of one type and size, as their kernels see them: as many a call as make a whole block of a row.
+template <class From, class To>
+struct BlockKernel {
+  using Sample = From;
+  static constexpr int registers = sizeof(From) / sizeof(To);
+  static constexpr int block = kLanes<To>;
+};
+
+// ---- Without dither ----
+
+// Of the nearest level n = L w, w from 0 to 1: n / L in the range of the destination, by roundings in single precision
+// as they stand. Samples of 16 bits truncate L w and take the next level by comparison, the others round it at once.
+// Too large a float stores the largest sample, a negative one its low bits.
+template <class From, class To>
+struct Nearest : BlockKernel<From, To> {
+  Zim32f count, unit, half;
+
+  explicit Nearest(Zim32f levelCount) : count(levelCount), unit(1.0F / levelCount), half(0.5F * unit) {}
+
+  template <int N, std::size_t Channels>
+  ZIM_INLINE Pixels<To, N, Channels> operator()(const Pixels<From, N, Channels>& pixels) const {
+    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return nearest(pixels[c]); });
+  }
+
+ private:
+  template <int N>
+  ZIM_INLINE Lane<To, N> nearest(Lane<From, N> sample) const {
+    constexpr bool isFloat = std::is_same_v<From, Zim32f>;
+    constexpr Zim32s white = kWhite<To>;
+    const auto value = valueOf(sample);
+    const auto w = isFloat ? value : value / static_cast<Zim32f>(kWhite<From>);
+    const auto n = truncate(sizeof(From) == 2 ? w * count : w * count + 0.5F);
+    const auto lower = toFloat(n) * unit;
+    const auto level = select(w - lower > Lane<Zim32f, N>(half), lower + unit, lower);
+    const auto t = truncate(level * static_cast<Zim32f>(white) + 0.5F);
+    if constexpr (isFloat) {
+      return fromBlack<To>(lowBits<std::make_unsigned_t<To>>(smaller(t, Lane<Zim32s, N>(white))));
+    } else {
+      return fromBlack<To>(narrow<std::make_unsigned_t<To>>(t));
+    }
+  }
+};
+
+// ---- Ordered dither ----
+
+// Parts of a level in fifteenths, by row and column.
+constexpr int kBayer[4][4] = {{0, 8, 2, 10}, {12, 4, 14, 6}, {3, 11, 1, 9}, {15, 7, 13, 5}};
+
+// A sample v lies between the levels a = n step and a + step; it takes the upper one if it is more above the lower than
+// the threshold of its place. Integers clamp to the range of the destination, save bytes to bytes; these and floats
+// keep low bits.
+template <class From, class To>
+class Ordered : public BlockKernel<From, To> {
+ public:
+  // Thresholds of the row's samples, from the first on; they repeat after so many.
+  Ordered(Zim32f count, const Zim32f* thresholds, std::ptrdiff_t period)
+      : levels_(Levels::of<From>(count)),
+        byteStep_(static_cast<Zim16u>(byteStep(count))),
+        threshold_(thresholds),
+        first_(thresholds),
+        end_(thresholds + period) {}
+
+  void advance(std::ptrdiff_t samples) {
+    threshold_ += samples;
+    if (threshold_ == end_) threshold_ = first_;
+  }
+
+  template <int N, std::size_t Channels>
+  ZIM_INLINE Pixels<To, N, Channels> operator()(const Pixels<From, N, Channels>& pixels) const {
+    const auto thresholds = load<Zim32f, N, 1>(reinterpret_cast<const std::byte*>(threshold_))[0];
+    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return dithered(pixels[c], thresholds); });
+  }
+
+ private:
+  Levels levels_;
+  Zim16u byteStep_;
+  const Zim32f *threshold_, *first_, *end_;
+
+  template <int N>
+  ZIM_INLINE Lane<To, N> dithered(Lane<From, N> sample, Lane<Zim32f, N> threshold) const {
+    const auto v = valueOf(sample);
+    const auto n = truncate(v * levels_.scale);
+    const auto lower = toFloat(n) * levels_.step;
+    const auto isUpper = v - lower > threshold;
+    if constexpr (std::is_same_v<From, Zim8u>) {
+      const auto index = bitsAs<Zim16u>(narrow<Zim16s>(n - isUpper));
+      return narrow<To>(bitsAs<Zim16s>((index * byteStep_) >> 8));
+    } else {
+      const auto level = lower + bitsAs<Zim32f>(isUpper & bitsAs<Zim32s>(Lane<Zim32f, N>(levels_.step)));
+      if constexpr (std::is_same_v<From, Zim32f>) {
+        const auto t = truncate(level * static_cast<Zim32f>(kWhite<To>) + 0.5F);
+        return fromBlack<To>(lowBits<std::make_unsigned_t<To>>(t));
+      } else {
+        const auto t = truncate(level + 0.5F);
+        return fromBlack<To>(narrow<std::make_unsigned_t<To>>(sizeof(To) == 1 ? t >> 8 : t));
+      }
+    }
+  }
+};
+
+// The thresholds of the first pixels of a row, each repeated for the samples of its pixel. noise may be null.
+template <int samplesPerPixel>
+void fillThresholds(Zim32f* to, Zim32s y, std::ptrdiff_t pixels, Zim32f step, const NoiseTables* noise) {
+  for (std::ptrdiff_t x = 0; x < pixels; ++x) {
+    Zim32f part = static_cast<Zim32f>(kBayer[y & 3][x & 3]) / 15.0F;
+    if (noise != nullptr) part = part + noise->at(x, y);
+    for (int sample = 0; sample < samplesPerPixel; ++sample) *to++ = part * step;
+  }
+}
+
+// ---- Rows ----
+
+// Where all samples of a pixel are treated alike, a row of pixels is a row of samples.
+template <class Layout>
+using Flat = std::conditional_t<Layout::hasGaps, Layout, C1<typename Layout::Sample>>;
+template <class Layout>
+inline constexpr int kFlatSamples = Layout::hasGaps ? 1 : static_cast<int>(Layout::channels);
+
+// Not inlined, so that all layouts without gaps share the code of a kernel.
+template <class Source, class Destination, class Kernel>
+[[gnu::noinline]] void reduceRow(Position<const std::byte, 1> from, Position<std::byte, 1> to, std::ptrdiff_t width,
+                                 const Kernel& kernel) {
+  convertRow<Source, Destination>(from, to, width, Kernel(kernel));
+}
+
+// The rows of an image, shared among a team; thresholds(row, use) calls use(kernel).
+template <class Team, Offsets offsets, class Source, class Destination, class WithKernel>
+void reduceRows(const Conversion<Source, Destination>& call, const WithKernel& withKernel) {
+  const auto source = Source::start(call.pSrc);
+  const auto destination = Destination::start(call.pDst);
+  Team::run(call.roiSize, [&](Zim32s first, Zim32s count) {
+    for (Zim32s y = first; y < first + count; ++y) {
+      withKernel(y, [&](const auto& kernel) {
+        reduceRow<Flat<Source>, Flat<Destination>>(
+            source.at(rowOffset<offsets, typename Source::Sample>(y, call.srcStep)),
+            destination.at(rowOffset<offsets, typename Destination::Sample>(y, call.dstStep)),
+            std::ptrdiff_t{call.roiSize.width} * kFlatSamples<Source>, kernel);
+      });
+    }
+  });
+}
+
+template <class Source, class Destination>
+ZimResult toNearest(const Conversion<Source, Destination>& call, Zim32f count) {
+  const Nearest<typename Source::Sample, typename Destination::Sample> kernel(count);
+  reduceRows<Serial, Offsets::bytes>(call, [&](Zim32s, const auto& use) { use(kernel); });
+  return zimResultOk;
+}
+
+// Images of four channels always run on a team, and walk by exact bytes.
+template <class Source>
+inline constexpr bool kFourColours = Source::channels == 4;
+template <class Source>
+using OrderedTeam = std::conditional_t<kFourColours<Source>, AlwaysParallel, ParallelFrom<9217>>;
+
+template <class Source, class Destination>
+ZimResult toOrdered(const Conversion<Source, Destination>& call, Zim32f count, Zim32s noise) {
+  using From = typename Source::Sample;
+  using Kernel = Ordered<From, typename Destination::Sample>;
+  constexpr Offsets offsets = kFourColours<Source> ? Offsets::bytes : Offsets::elements;
+  constexpr int samples = kFlatSamples<Source>, block = Kernel::block;
+  // After so many pixels, in a whole number of blocks, a row of thresholds repeats.
+  constexpr int patternPixels = block, noisePixels = NoiseTables::kEntries;
+  static_assert(patternPixels % 4 == 0 && noisePixels % block == 0);
+  const Zim32f step = Levels::of<From>(count).step;
+  if (noise == 0) {
+    std::array<std::array<Zim32f, patternPixels * samples>, 4> pattern;
+    for (Zim32s y = 0; y < std::min(4, call.roiSize.height); ++y) {
+      fillThresholds<samples>(pattern[static_cast<std::size_t>(y)].data(), y, patternPixels, step, nullptr);
+    }
+    reduceRows<OrderedTeam<Source>, offsets>(call, [&](Zim32s y, const auto& use) {
+      use(Kernel(count, pattern[static_cast<std::size_t>(y & 3)].data(), patternPixels * samples));
+    });
+  } else {
+    NoiseTables tables;
+    const auto bound = static_cast<Zim32f>(noise);
+    if (const ZimResult failure = tables.make(-bound / 100.0F, bound / 100.0F); failure != zimResultOk) return failure;
+    const int pixels = std::min(noisePixels - block, call.roiSize.width) + block;
+    reduceRows<OrderedTeam<Source>, offsets>(call, [&](Zim32s y, const auto& use) {
+      std::array<Zim32f, noisePixels * samples> thresholds;
+      fillThresholds<samples>(thresholds.data(), y, pixels, step, &tables);
+      use(Kernel(count, thresholds.data(), noisePixels * samples));
+    });
+  }
+  return zimResultOk;
+}
+
+// ---- Error diffusion ----
+
+template <class Source, class Destination>
+ZimResult toDiffused(const Conversion<Source, Destination>& call, Zim32f count, Zim32s noise, ZimDitherKind dither) {
+  using From = typename Source::Sample;
+  using To = typename Destination::Sample;
+  constexpr bool isFloat = std::is_same_v<From, Zim32f>, isBytes = std::is_same_v<From, Zim8u>;
+  constexpr auto white = static_cast<Zim32f>(kWhite<From>);
+  const Levels levels = Levels::of<From>(count);
+  // Bytes of bytes are (index * byteStep) >> 8; the others are levels, floats scaled, of which 8 bits of 16 may be
+  // kept.
+  const StoredLevels stored =
+      isBytes ? StoredLevels{.step = static_cast<Zim32f>(byteStep(count)), .white = 65280.0F, .scale = 0x1p-8F}
+              : StoredLevels{.step = levels.step,
+                             .white = white,
+                             .scale = isFloat ? static_cast<Zim32f>(kWhite<To>) : 1.0F,
+                             .rounding = 0.5F,
+                             .shift = !isFloat && sizeof(To) == 1 ? 8 : 0};
+  return diffuse({.size = call.roiSize,
+                  .channels = static_cast<int>(Source::channels),
+                  .source = {.first = Source::start(call.pSrc).plane[0],
+                             .step = rowOffset<Offsets::elements, From>(1, call.srcStep),
+                             .sampleBytes = sizeof(From),
+                             .pixelBytes = Source::pixelBytes},
+                  .destination = {.first = Destination::start(call.pDst).plane[0],
+                                  .step = rowOffset<Offsets::elements, To>(1, call.dstStep),
+                                  .sampleBytes = sizeof(To),
+                                  .pixelBytes = Destination::pixelBytes},
+                  .read = readChannel<From, Source::pixelBytes / sizeof(From)>,
+                  .write = writeChannel<To, Destination::pixelBytes / sizeof(To)>,
+                  .levels = levels,
+                  // Floats below this, a little above zero, count as black.
+                  .black = isFloat ? 1.1920929e-7F : 0.0F,
+                  .white = white,
+                  .stored = stored,
+                  .kind = dither,
+                  .noise = noise});
+}
+
+// ---- Bodies ----
+
+template <class Source, class Destination>
+ZimResult reduceBits(const Conversion<Source, Destination>& call, Zim32s noise, ZimDitherKind dither, Zim32s levels) {
+  constexpr Zim32s mostLevels = kWhite<typename Destination::Sample> + 1;
+  if (const ZimResult failure = N_S::check(call); failure != zimResultOk) return failure;
+  if (noise < 0 || noise > 100) return zimResultBadNoise;
+  if (levels < 2 || levels > mostLevels) return zimResultBadLevels;
+  const auto count = static_cast<Zim32f>(levels - 1);
+  switch (dither) {
+    case zimDitherKindNone:
+      return toNearest(call, count);
+    case zimDitherKindFloydSteinberg:
+    case zimDitherKindJarvisJudiceNinke:
+    case zimDitherKindStucki:
+      return toDiffused(call, count, noise, dither);
+    case zimDitherKindBayer:
+      return toOrdered(call, count, noise);
+    default:
+      return zimResultOk;
+  }
+}
+
+}  // namespace
+
+#define REDUCE_BITS(name, Source, Destination)                                                   \
+  ZIM_CONVERSION(name, Source, Destination, (Zim32s noise, ZimDitherKind dither, Zim32s levels), \
+                 reduceBits(call, noise, dither, levels))
+
+// clang-format off
+//          export                          source       destination
+REDUCE_BITS(zimiReduceBits_8u_C1R,          C1<Zim8u>,   C1<Zim8u>)
+REDUCE_BITS(zimiReduceBits_8u_C3R,          C3<Zim8u>,   C3<Zim8u>)
+REDUCE_BITS(zimiReduceBits_8u_AC4R,         AC4<Zim8u>,  AC4<Zim8u>)
+REDUCE_BITS(zimiReduceBits_8u_C4R,          C4<Zim8u>,   C4<Zim8u>)
+
+REDUCE_BITS(zimiReduceBits_16u_C1R,         C1<Zim16u>,  C1<Zim16u>)
+REDUCE_BITS(zimiReduceBits_16u_C3R,         C3<Zim16u>,  C3<Zim16u>)
+REDUCE_BITS(zimiReduceBits_16u_AC4R,        AC4<Zim16u>, AC4<Zim16u>)
+REDUCE_BITS(zimiReduceBits_16u_C4R,         C4<Zim16u>,  C4<Zim16u>)
+
+REDUCE_BITS(zimiReduceBits_16s_C1R,         C1<Zim16s>,  C1<Zim16s>)
+REDUCE_BITS(zimiReduceBits_16s_C3R,         C3<Zim16s>,  C3<Zim16s>)
+REDUCE_BITS(zimiReduceBits_16s_AC4R,        AC4<Zim16s>, AC4<Zim16s>)
+REDUCE_BITS(zimiReduceBits_16s_C4R,         C4<Zim16s>,  C4<Zim16s>)
+
+REDUCE_BITS(zimiReduceBits_16u8u_C1R,       C1<Zim16u>,  C1<Zim8u>)
+REDUCE_BITS(zimiReduceBits_16u8u_C3R,       C3<Zim16u>,  C3<Zim8u>)
+REDUCE_BITS(zimiReduceBits_16u8u_AC4R,      AC4<Zim16u>, AC4<Zim8u>)
+REDUCE_BITS(zimiReduceBits_16u8u_C4R,       C4<Zim16u>,  C4<Zim8u>)
+
+REDUCE_BITS(zimiReduceBits_16s8u_C1R,       C1<Zim16s>,  C1<Zim8u>)
+REDUCE_BITS(zimiReduceBits_16s8u_C3R,       C3<Zim16s>,  C3<Zim8u>)
+REDUCE_BITS(zimiReduceBits_16s8u_AC4R,      AC4<Zim16s>, AC4<Zim8u>)
+REDUCE_BITS(zimiReduceBits_16s8u_C4R,       C4<Zim16s>,  C4<Zim8u>)
+
+REDUCE_BITS(zimiReduceBits_32f8u_C1R,       C1<Zim32f>,  C1<Zim8u>)
+REDUCE_BITS(zimiReduceBits_32f8u_C3R,       C3<Zim32f>,  C3<Zim8u>)
+REDUCE_BITS(zimiReduceBits_32f8u_AC4R,      AC4<Zim32f>, AC4<Zim8u>)
+REDUCE_BITS(zimiReduceBits_32f8u_C4R,       C4<Zim32f>,  C4<Zim8u>)
+
+REDUCE_BITS(zimiReduceBits_32f16u_C1R,      C1<Zim32f>,  C1<Zim16u>)
+REDUCE_BITS(zimiReduceBits_32f16u_C3R,      C3<Zim32f>,  C3<Zim16u>)
+REDUCE_BITS(zimiReduceBits_32f16u_AC4R,     AC4<Zim32f>, AC4<Zim16u>)
+REDUCE_BITS(zimiReduceBits_32f16u_C4R,      C4<Zim32f>,  C4<Zim16u>)
+
+REDUCE_BITS(zimiReduceBits_32f16s_C1R,      C1<Zim32f>,  C1<Zim16s>)
+REDUCE_BITS(zimiReduceBits_32f16s_C3R,      C3<Zim32f>,  C3<Zim16s>)
+REDUCE_BITS(zimiReduceBits_32f16s_AC4R,     AC4<Zim32f>, AC4<Zim16s>)
+REDUCE_BITS(zimiReduceBits_32f16s_C4R,      C4<Zim32f>,  C4<Zim16s>)
