@@ -21,7 +21,6 @@ enum class Offsets {
   bytes32,     // exact bytes, product of 32 bits that wraps
   elements,    // whole samples: low bits of the step are dropped; product of pointer width
   elements32,  // whole samples: low bits of the step are dropped; product of 32 bits that wraps
-  elements,    // whole samples, product of pointer width
 };
 
 template <Offsets offsets, class T>
@@ -35,9 +34,7 @@ std::ptrdiff_t rowOffset(Zim32s row, Zim32s step) {
     return std::ptrdiff_t{row} * (step & -sampleBytes);
   } else {
     constexpr int shift = sampleBytes == 1 ? 0 : sampleBytes == 2 ? 1 : sampleBytes == 4 ? 2 : 3;
-    const std::ptrdiff_t samples =
-        offsets == Offsets::elements ? std::ptrdiff_t{row} * (step >> shift) : wrappingProduct(row, step >> shift);
-    return samples * sampleBytes;
+    return std::ptrdiff_t{wrappingProduct(row, step >> shift)} * sampleBytes;
   }
 }
 

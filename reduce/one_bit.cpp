@@ -87,7 +87,7 @@ class BitRow {
 ZIM_INLINE Bits aboveThreshold(const std::byte* from, Zim8u threshold) {
   constexpr int n = 64;
   const auto samples = load<Zim8u, n, 1>(from)[0];
-  return reversed(upperBits(samples > Lane<Zim8u, n>(threshold)));
+  return reversed(signBits(samples > Lane<Zim8u, n>(threshold)));
 }
 
 void thresholdRow(const std::byte* from, std::ptrdiff_t width, const BitRow& to, Zim8u threshold) {
@@ -153,7 +153,7 @@ struct BitImage {
     Zim32s few[most] = {};
     if (count < most) from = std::copy_n(from, count, few) - count;
     const auto masks = load<Zim32s, most, 1>(reinterpret_cast<const std::byte*>(from))[0];
-    BitRow(call, y + row).put(x, static_cast<int>(count), reversed(upperBits(narrow<Zim8s>(narrow<Zim16s>(masks)))));
+    BitRow(call, y + row).put(x, static_cast<int>(count), reversed(signBits(narrow<Zim8s>(narrow<Zim16s>(masks)))));
   }
 };
 

@@ -376,18 +376,6 @@ ZIM_INLINE void storeBytes(std::byte* first, Lane<Zim16s, kLanes<Zim16s>> a,  //
 #endif
 }
 
-// ---- Bits ----
-
-// The upper bit of each lane, that of the first in bit 0.
-template <int N>
-ZIM_INLINE std::uint64_t upperBits(Lane<Zim8s, N> a) {
-  if constexpr (kForm<Zim8s, N> == Form::split) {
-    return upperBits(a.v.lo) | upperBits(a.v.hi) << (N / 2);
-  } else {
-    return static_cast<std::uint32_t>(ZIM_MM(movemask_epi8)((Register)a.v));
-  }
-}
-
 // ---- Several rows side by side ----
 
 // Four registers of lanes in four columns, or back: in each 128-bit half the lane at place i of register k comes to
