@@ -35,6 +35,22 @@ constexpr bool of255IsExact() {
 }
 static_assert(of255IsExact<1>() && of255IsExact<360>());
 
+// How the BGR forms make bytes of floats.
+struct HalvesDown {
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> stored(Lane<Zim32f, N> a) {
+    return narrow<Zim16s>(truncate(a + 0.499999F));
+  }
+};
+// Down, after an addition of 1e-7 in double: of all floats that lifts only the one below 1 to the next integer.
+struct Down {
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> stored(Lane<Zim32f, N> a) {
+    constexpr Zim32f belowOne = 1.0F - std::numeric_limits<Zim32f>::epsilon() / 2;
+    return narrow<Zim16s>(truncate(a) - (a == Lane<Zim32f, N>(belowOne)));
+  }
+};
+
 // ---- To HLS -------------------------------------------------------------------------------------------------------
 
 // Of integers from 0 to F, with M and m their extremes, in integers as far as words hold them:
@@ -108,22 +124,6 @@ struct ToHls32f {
   }
 };
 
-// How the BGR forms store a float.
-struct HalvesDown {
-  template <int N>
-  ZIM_INLINE static Lane<Zim16s, N> stored(Lane<Zim32f, N> a) {
-    return narrow<Zim16s>(truncate(a + 0.499999F));
-  }
-};
-// Down, after an addition of 1e-7 in double: of all floats that lifts only the one below 1 to the next integer.
-struct Down {
-  template <int N>
-  ZIM_INLINE static Lane<Zim16s, N> stored(Lane<Zim32f, N> a) {
-    constexpr Zim32f belowOne = 1.0F - std::numeric_limits<Zim32f>::epsilon() / 2;
-    return narrow<Zim16s>(truncate(a) - (a == Lane<Zim32f, N>(belowOne)));
-  }
-};
-
 template <class Rounding>
 struct BgrToHls {
   using Sample = Zim16s;
@@ -147,39 +147,54 @@ struct Extremes {
       : m2(select(l <= Lane<Zim32f, N>(0.5F), (s + 1.0F) * l, l + s - s * l)), m1(l + l - m2), range(m2 - m1) {}
 };
 
-// A channel lies between them by its angle t: it rises from m1 at 0 degrees to m2 at 60, stays until 180, and is back
-// at m1 at 240. Red is at its height 120 degrees ahead of green, blue as far behind.
-template <class Value, int N>
-ZIM_INLINE Pixels<Zim32f, N, 3> rgbAround(Lane<Zim32f, N> degrees, const Value& value) {
-  using Floats = Lane<Zim32f, N>;
-  const auto ahead = degrees + 120.0F, behind = degrees - 120.0F;
-  return {value(select(ahead > Floats(360.0F), ahead - 360.0F, ahead)), value(degrees),
-          value(select(behind < Floats(0.0F), behind + 360.0F, behind))};
-}
-
-// Rising: (m2 - m1) t / 60 + m1, falling: (m2 - m1) (240 - t) / 60 + m1. Gray needs no case of its own as long as hue
-// is finite: m1 and m2 are then both L, exactly.
+// a where the mask is set, 0 elsewhere.
 template <int N>
-ZIM_INLINE Pixels<Zim32f, N, 3> toUnitRgb(Lane<Zim32f, N> degrees, Lane<Zim32f, N> l, Lane<Zim32f, N> s) {
-  using Floats = Lane<Zim32f, N>;
-  const Extremes<N> of(l, s);
-  return rgbAround(degrees, [&](Floats t) ZIM_LAMBDA {
-    const auto rises = t < Floats(60.0F), atHeight = (t < Floats(180.0F)) & ~rises;
-    const auto ramp = of.range * select(rises, t, 240.0F - t) / 60.0F + of.m1;
-    return select(t < Floats(240.0F), select(atHeight, of.m2, ramp), of.m1);
-  });
+ZIM_INLINE Lane<Zim32f, N> where(Lane<Zim32s, N> mask, Lane<Zim32f, N> a) {
+  return bitsAs<Zim32f>(bitsAs<Zim32s>(a) & mask);
 }
 
-// Any floats: where saturation is 0, hue does not count, whatever it is.
+// A channel lies between the extremes by its angle t: it rises from m1 at 0 degrees to m2 at 60, stays until 180, and
+// is back at m1 at 240. Red is 120 degrees ahead of green, whose angle is the hue, and blue as far behind.
+template <int N>
+ZIM_INLINE Pixels<Zim32f, N, 3> angles(Lane<Zim32f, N> hue) {
+  const Lane<Zim32f, N> turn = 360.0F;
+  const auto red = hue + 120.0F, blue = hue - 120.0F;
+  return {red - where(red > turn, turn), hue, blue + where(blue < Lane<Zim32f, N>(0.0F), turn)};
+}
+
+// Rising: (m2 - m1) t / 60 + m1, falling: (m2 - m1) (240 - t) / 60 + m1. One division serves all three channels, as
+// only one is on its way, unless green starts before red has arrived: for negative hues, or where the angle of red has
+// been rounded up to 180. Gray needs no case of its own as long as hue is finite: m1 and m2 are then both L, exactly.
+template <int N>
+ZIM_INLINE Pixels<Zim32f, N, 3> between(const Extremes<N>& of, Lane<Zim32f, N> hue) {
+  using Floats = Lane<Zim32f, N>;
+  const auto t = angles(hue);
+  const auto height = perChannel<3>([&](auto c) ZIM_LAMBDA { return smaller(t[c], 240.0F - t[c]); });
+  const auto rises = perChannel<3>([&](auto c) ZIM_LAMBDA { return t[c] < Floats(60.0F); });
+  const auto atTop = perChannel<3>([&](auto c) ZIM_LAMBDA { return rises[c] ^ (t[c] < Floats(180.0F)); });
+  const auto onWay = perChannel<3>([&](auto c) ZIM_LAMBDA { return atTop[c] ^ (t[c] < Floats(240.0F)); });
+  const auto ramp = [&](Floats h) ZIM_LAMBDA { return of.range * h / 60.0F + of.m1; };
+  const auto placed = [&](auto c, Floats wayValue)
+                          ZIM_LAMBDA { return select(onWay[c], wayValue, select(atTop[c], of.m2, of.m1)); };
+  if (any(rises[1] & onWay[0])) {
+    return perChannel<3>([&](auto c) ZIM_LAMBDA { return placed(c, ramp(height[c])); });
+  }
+  const auto shared = ramp(select(onWay[0], height[0], select(onWay[1], height[1], height[2])));
+  return perChannel<3>([&](auto c) ZIM_LAMBDA { return placed(c, shared); });
+}
+
+// Any floats. Where saturation is 0, hue does not count, whatever it is: all channels are at m1, as they are for a hue
+// that is NaN.
 struct FromHls32f {
   using Sample = Zim32f;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32f, N, 3> operator()(const Pixels<Zim32f, N, 3>& hls) const {
     const auto& [h, l, s] = hls;
-    const auto rgb = toUnitRgb(h * 360.0F, l, s);
     const auto isGray = s == Lane<Zim32f, N>(0.0F);
-    return perChannel<3>([&](auto c) ZIM_LAMBDA { return select(isGray, hls[1], rgb[c]); });
+    Extremes<N> of(l, s);
+    of.m1 = select(isGray, l, of.m1);
+    return between(of, bitsAs<Zim32f>(bitsAs<Zim32s>(h * 360.0F) | isGray));
   }
 };
 
@@ -190,24 +205,24 @@ struct FromHls16u {
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& hls) const {
     constexpr Zim32f full = kFull<Zim16u>;
-    const auto rgb = toUnitRgb(hls[0] * 360.0F / full, hls[1] / full, hls[2] / full);
+    const auto rgb = between(Extremes<N>(hls[1] / full, hls[2] / full), hls[0] * 360.0F / full);
     return perChannel<3>([&](auto c) ZIM_LAMBDA { return truncate(rgb[c] * full + 0.5F); });
   }
 };
 
-// Bytes, rounded. Divided by 60 as a product, and without the selections, the channels differ in their last bits; none
-// of the 2^24 colours rounds to another byte.
+// Bytes, rounded. With a product for the division and without selections the channels differ in their last bits, but
+// none of the 2^24 pixels in a byte.
 struct FromHls8u {
   using Sample = Zim32f;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& hls) const {
-    using Floats = Lane<Zim32f, N>;
     const Extremes<N> of(of255<1>(hls[1]), of255<1>(hls[2]));
-    const auto rgb = rgbAround(of255<360>(hls[0]), [&](Floats t) ZIM_LAMBDA {
-      return of.range * clamp(smaller(t, 240.0F - t), 0.0F, 60.0F) * (1.0F / 60.0F) + of.m1;
+    const auto t = angles(of255<360>(hls[0]));
+    return perChannel<3>([&](auto c) ZIM_LAMBDA {
+      const auto height = clamp(smaller(t[c], 240.0F - t[c]), 0.0F, 60.0F);
+      return truncate((of.range * height * (1.0F / 60.0F) + of.m1) * 255.0F + 0.5F);
     });
-    return perChannel<3>([&](auto c) ZIM_LAMBDA { return truncate(rgb[c] * 255.0F + 0.5F); });
   }
 };
 
@@ -217,8 +232,8 @@ struct HlsToBgr {
 
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 3> operator()(const Pixels<Zim16s, N, 3>& hls) const {
-    const auto& [h, l, s] = perChannel<3>([&](auto c) ZIM_LAMBDA { return convert<Zim32f>(hls[c]); });
-    const auto rgb = toUnitRgb(of255<360>(h), of255<1>(l), of255<1>(s));
+    const auto in = perChannel<3>([&](auto c) ZIM_LAMBDA { return convert<Zim32f>(bitsAs<Zim16u>(hls[c])); });
+    const auto rgb = between(Extremes<N>(of255<1>(in[1]), of255<1>(in[2])), of255<360>(in[0]));
     return perChannel<3>([&](auto c) ZIM_LAMBDA { return Down::stored(rgb[2 - c] * 255.0F); });
   }
 };
