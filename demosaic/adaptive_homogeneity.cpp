@@ -72,7 +72,8 @@ ZIM_INLINE Pixels<Zim8u, N, 3> perceptual(const Pixels<Zim8u, N, 3>& rgb) {
 template <int N>
 ZIM_INLINE Pixels<Zim16u, N, 3> perceptual(const Pixels<Zim16u, N, 3>& rgb) {
   const Lane<Zim16u, N> middle = 32768;
-  const auto& [r, g, b] = perChannel<3>([&](auto c) ZIM_LAMBDA { return bitsAs<Zim16s>(rgb[c] ^ middle); });
+  const auto r = bitsAs<Zim16s>(rgb[0] ^ middle), g = bitsAs<Zim16s>(rgb[1] ^ middle);
+  const auto b = bitsAs<Zim16s>(rgb[2] ^ middle);
   const auto sum = [&](Zim16s ofRed, Zim16s ofGreen, Zim16s ofBlue) ZIM_LAMBDA {
     const auto products = pairDot(r, g, ofRed, ofGreen) + pairDot(b, Lane<Zim16s, N>(1), ofBlue, 128);
     return bitsAs<Zim16u>(narrow<Zim16s>(products >> 8)) ^ middle;
@@ -141,7 +142,8 @@ ZIM_INLINE std::uint64_t decided(std::uint64_t negative, std::uint64_t tie, bool
 enum Candidate { H, V };
 constexpr Candidate kCandidates[] = {H, V};
 
-// The caller's rows, which planes of the candidates share: each has as many as are still needed, row by row in turn.
+// The caller's rows, which planes of the candidates share: each has as many as are still needed, row by row in turn. Of
+// the 30 that the caller lends, 29 are in use.
 struct Scratch {
   struct Plane {
     int first, rows;
@@ -153,7 +155,6 @@ struct Scratch {
   static constexpr Plane perceptual(Candidate c, std::size_t channel) {
     return {23 + 3 * c + static_cast<int>(channel), 1};
   }
-  static constexpr int rows = 29;
 
   std::byte* memory;
   std::ptrdiff_t step;
