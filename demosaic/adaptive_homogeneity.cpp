@@ -14,15 +14,40 @@ namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
 namespace {
 
-// Green between two neighbours a and b at half their distance, and at twice that distance two samples of the colour of
-// the sample between them:
+// Half the sum of two colour samples, from which half the sum of two others can be taken without more bits.
+template <class T, int N>
+struct MeanOfTwo {
+  Lane<T, N> mean, odd;  // rounded down; what was lost by that
+
+  ZIM_INLINE MeanOfTwo(Lane<T, N> a, Lane<T, N> b) : mean(averageUp(a, b)), odd((a ^ b) & Lane<T, N>(1)) {
+    mean = mean - odd;
+  }
+
+  // start + ((a + b - c - d) >> 1), saturated. An odd a + b makes up for the half that is lost of c + d: their mean
+  // counts rounded down then, else up.
+  ZIM_INLINE Lane<T, N> lessMean(Lane<T, N> c, Lane<T, N> d, Lane<T, N> start) const {
+    const auto other = averageUp(c, d) - ((c ^ d) & odd);
+    return subtractSaturated(addSaturated(start, subtractSaturated(mean, other)), subtractSaturated(other, mean));
+  }
+};
+
+// Of the four nearest neighbours that are diagonal, by distance.
+template <class At>
+ZIM_INLINE auto sumOfCorners(const At& at) {
+  return (widen(at(-1, -1)) + widen(at(1, -1))) + (widen(at(-1, 1)) + widen(at(1, 1)));
+}
+
+// Green between two neighbours a and b and, twice as far away, two samples of the colour of the sample between them:
 //   t = ((2 sample - a2 - b2) >> 2) + ((a + b) >> 1), limited to what lies between a and b
-// Beyond the range of samples it is beyond a and b, too: it may saturate first.
+// The first term is (sample - (a2 + b2 + 1 >> 1)) >> 1, by halves of its positive or its negative part. Beyond the
+// range of samples t is beyond a and b, too: it may saturate first.
 template <class T, int N>
 ZIM_INLINE Lane<T, N> greenBetween(Lane<T, N> sample, Lane<T, N> a, Lane<T, N> b, Lane<T, N> a2, Lane<T, N> b2) {
-  const auto wide = widen(sample);
-  const auto t = ((wide + wide - widen(a2) - widen(b2)) >> 2) + ((widen(a) + widen(b)) >> 1);
-  return larger(smaller(a, b), smaller(narrow<T>(t), larger(a, b)));
+  const auto away = averageUp(a2, b2);
+  const auto up = subtractSaturated(sample, away) >> 1;
+  const auto down = averageUp(subtractSaturated(away, sample), Lane<T, N>(0));
+  const auto t = subtractSaturated(addSaturated(MeanOfTwo(a, b).mean, up), down);
+  return larger(smaller(a, b), smaller(t, larger(a, b)));
 }
 
 // Y = (66 R + 129 G + 25 B + 128) >> 8       range of 8u: [0, 219]      of 16u: [0, 56319]
@@ -47,7 +72,8 @@ ZIM_INLINE Pixels<Zim8u, N, 3> perceptual(const Pixels<Zim8u, N, 3>& rgb) {
 template <int N>
 ZIM_INLINE Pixels<Zim16u, N, 3> perceptual(const Pixels<Zim16u, N, 3>& rgb) {
   const Lane<Zim16u, N> middle = 32768;
-  const auto& [r, g, b] = perChannel<3>([&](auto c) ZIM_LAMBDA { return bitsAs<Zim16s>(rgb[c] ^ middle); });
+  const auto r = bitsAs<Zim16s>(rgb[0] ^ middle), g = bitsAs<Zim16s>(rgb[1] ^ middle);
+  const auto b = bitsAs<Zim16s>(rgb[2] ^ middle);
   const auto sum = [&](Zim16s ofRed, Zim16s ofGreen, Zim16s ofBlue) ZIM_LAMBDA {
     const auto products = pairDot(r, g, ofRed, ofGreen) + pairDot(b, Lane<Zim16s, N>(1), ofBlue, 128);
     return bitsAs<Zim16u>(narrow<Zim16s>(products >> 8)) ^ middle;
@@ -85,7 +111,12 @@ struct Surroundings {
   // Less the number of neighbours within the limit.
   ZIM_INLINE Lane<SignedOf<T>, N> lessWithin(const Distance<T, N>& limit) const {
     const auto isWithin = [&](const Distance<T, N>& d) ZIM_LAMBDA {
-      return (d.luma <= limit.luma) & narrow<SignedOf<T>>(d.chroma <= limit.chroma);
+      const auto lumaWithin = d.luma <= limit.luma;
+      if constexpr (std::is_signed_v<typename Distance<T, N>::Chroma::Element>) {
+        return lumaWithin & ~narrow<SignedOf<T>>(d.chroma > limit.chroma);  // a quicker comparison than <=
+      } else {
+        return lumaWithin & narrow<SignedOf<T>>(d.chroma <= limit.chroma);
+      }
     };
     return isWithin(left) + isWithin(right) + isWithin(above) + isWithin(below);
   }
@@ -111,7 +142,8 @@ ZIM_INLINE std::uint64_t decided(std::uint64_t negative, std::uint64_t tie, bool
 enum Candidate { H, V };
 constexpr Candidate kCandidates[] = {H, V};
 
-// The caller's rows, which planes of the candidates share: each has as many as are still needed, row by row in turn.
+// The caller's rows, which planes of the candidates share: each has as many as are still needed, row by row in turn. Of
+// the 30 that the caller lends, 29 are in use.
 struct Scratch {
   struct Plane {
     int first, rows;
@@ -123,7 +155,6 @@ struct Scratch {
   static constexpr Plane perceptual(Candidate c, std::size_t channel) {
     return {23 + 3 * c + static_cast<int>(channel), 1};
   }
-  static constexpr int rows = 29;
 
   std::byte* memory;
   std::ptrdiff_t step;
@@ -191,26 +222,33 @@ class Demosaicing {
   // sites those left and right, or above and below, elsewhere those at the corners. Differences are rounded down.
   [[gnu::noinline]] void makeRedAndBlue(std::ptrdiff_t row) const {
     const bool redRow = colours_.redRow(top_ + row);
-    for (const Candidate c : kCandidates) {
-      const std::byte* const green[] = {scratch_.row(Scratch::green(c), row - 1), scratch_.row(Scratch::green(c), row),
-                                        scratch_.row(Scratch::green(c), row + 1)};
+    struct Planes {
+      std::array<const std::byte*, 3> green;
+      std::byte *own, *other;  // of the row's red or blue sites, and the other of the two
+    };
+    const auto planesOf = [&](Candidate c) -> Planes {
       std::byte* const red = scratch_.row(Scratch::red(c), row);
       std::byte* const blue = scratch_.row(Scratch::blue(c), row);
-      std::byte* const own = redRow ? red : blue;
-      std::byte* const other = redRow ? blue : red;
-      forSites<1>(row, 1, [&](const auto& s, std::ptrdiff_t column, const auto isGreen) ZIM_LAMBDA {
-        constexpr int N = std::decay_t<decltype(s)>::lanes;
-        const auto difference = [&](int dx, int dy)
-                                    ZIM_LAMBDA { return widen(s(dx, dy)) - widen(at<N>(green[dy + 1], column + dx)); };
-        const auto g = widen(at<N>(green[1], column));
-        const auto across = narrow<T>(g + ((difference(-1, 0) + difference(1, 0)) >> 1));
-        const auto down = narrow<T>(g + ((difference(0, -1) + difference(0, 1)) >> 1));
-        const auto corners =
-            narrow<T>(g + ((difference(-1, -1) + difference(1, -1) + difference(-1, 1) + difference(1, 1)) >> 2));
-        put(own, column, select(isGreen, across, s(0, 0)));
-        put(other, column, select(isGreen, down, corners));
-      });
-    }
+      const auto green = [&](std::ptrdiff_t dy) { return scratch_.row(Scratch::green(c), row + dy); };
+      return {{green(-1), green(0), green(1)}, redRow ? red : blue, redRow ? blue : red};
+    };
+    const Planes h = planesOf(H), v = planesOf(V);
+    forSites<1>(row, 1, [&](const auto& s, std::ptrdiff_t column, const auto isGreen) ZIM_LAMBDA {
+      constexpr int N = std::decay_t<decltype(s)>::lanes;
+      const MeanOfTwo across(s(-1, 0), s(1, 0)), down(s(0, -1), s(0, 1));
+      const auto corners = sumOfCorners(s);
+      const auto make = [&](const Planes& planes) ZIM_LAMBDA {
+        const auto g = [&](int dx, int dy)
+                           ZIM_LAMBDA { return at<N>(planes.green[static_cast<std::size_t>(dy + 1)], column + dx); };
+        const auto green = g(0, 0);
+        put(planes.own, column, select(isGreen, across.lessMean(g(-1, 0), g(1, 0), green), s(0, 0)));
+        put(planes.other, column,
+            select(isGreen, down.lessMean(g(0, -1), g(0, 1), green),
+                   narrow<T>(widen(green) + ((corners - sumOfCorners(g)) >> 2))));
+      };
+      make(h);
+      make(v);
+    });
   }
 
   // A candidate's planes of red, green and blue in one row.

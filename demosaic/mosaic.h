@@ -72,12 +72,18 @@ struct SiteAtEdge {
   }
 };
 
-// body(columns, x) over [first, end): as blocks of N columns, the last of which overlaps the one before, or as single
-// columns where there are fewer. What the body writes must not be what it reads.
+// body(x) for blocks of N columns that make up [first, end), of at least N; the last overlaps the one before. What the
+// body writes must not be what it reads.
+template <int N, class Body>
+ZIM_INLINE void forWholeBlocks(std::ptrdiff_t first, std::ptrdiff_t end, const Body& body) {
+  for (std::ptrdiff_t x = first; x < end; x += N) body(std::min(x, end - N));
+}
+
+// body(columns, x): the same, or single columns where there are fewer than N.
 template <int N, class Body>
 ZIM_INLINE void forBlocks(std::ptrdiff_t first, std::ptrdiff_t end, const Body& body) {
   if (end - first >= N) {
-    for (std::ptrdiff_t x = first; x < end; x += N) body(std::integral_constant<int, N>(), std::min(x, end - N));
+    forWholeBlocks<N>(first, end, [&](std::ptrdiff_t x) ZIM_LAMBDA { body(std::integral_constant<int, N>(), x); });
   } else {
     for (std::ptrdiff_t x = first; x < end; ++x) body(std::integral_constant<int, 1>(), x);
   }
@@ -100,14 +106,14 @@ struct Mosaic {
   ZIM_INLINE void forSites(std::ptrdiff_t y, std::ptrdiff_t first, std::ptrdiff_t end, const Body& body) const {
     constexpr int N = kLanes<T>;
     const RowsAround rows = rowsAround(y);
-    const auto innerFirst = std::max<std::ptrdiff_t>(first, reach);
-    const auto innerEnd = std::min<std::ptrdiff_t>(end, width - reach);
-    const bool blocks = innerEnd - innerFirst >= N;
-    if (blocks) {
-      forBlocks<N>(innerFirst, innerEnd, [&](auto, std::ptrdiff_t x) ZIM_LAMBDA { body(Sites<T, N>{rows, x}); });
+    auto innerFirst = std::max<std::ptrdiff_t>(first, reach), innerEnd = std::min<std::ptrdiff_t>(end, width - reach);
+    if (innerEnd - innerFirst >= N) {
+      forWholeBlocks<N>(innerFirst, innerEnd, [&](std::ptrdiff_t x) ZIM_LAMBDA { body(Sites<T, N>{rows, x}); });
+    } else {
+      innerFirst = innerEnd = first;
     }
     for (std::ptrdiff_t x = first; x < end; ++x) {
-      if (blocks && x == innerFirst) x = innerEnd;
+      if (x == innerFirst) x = innerEnd;
       if (x < end) body(SiteAtEdge<T>{rows, x, width});
     }
   }

@@ -358,6 +358,13 @@ void expectAveragesAndDistances() {
   expectSameInAllForms<T, T>(
       "averageUp", [](auto a, auto b) { return averageUp(a, b); },
       [](T a, T b) { return static_cast<T>((a + b + 1) >> 1); });
+  constexpr int kWhite = std::numeric_limits<T>::max();
+  expectSameInAllForms<T, T>(
+      "addSaturated", [](auto a, auto b) { return addSaturated(a, b); },
+      [](T a, T b) { return static_cast<T>(std::min(a + b, kWhite)); });
+  expectSameInAllForms<T, T>(
+      "subtractSaturated", [](auto a, auto b) { return subtractSaturated(a, b); },
+      [](T a, T b) { return static_cast<T>(std::max(a - b, 0)); });
   expectSameInAllForms<T, T>(
       "distance", [](auto a, auto b) { return distance(a, b); },
       [](T a, T b) { return static_cast<T>(std::abs(a - b)); });

@@ -1,6 +1,8 @@
 // Conversions between lanes of different sample types, and products that need more bits than their factors.
 #pragma once
 
+#include <algorithm>
+
 #include "frame/lanes/lane.h"
 
 namespace zim {
@@ -281,21 +283,38 @@ ZIM_INLINE Lane<T, N> averageOfFour(Lane<T, N> a, Lane<T, N> b, Lane<T, N> c, La
   return averageUp(ab, cd) - (((a ^ b) | (c ^ d)) & (ab ^ cd) & Lane<T, N>(1));
 }
 
-// |a - b|
+// a + b and a - b, saturated to the range of samples without sign.
 template <class T, int N>
-ZIM_INLINE Lane<T, N> distance(Lane<T, N> a, Lane<T, N> b) {
+ZIM_INLINE Lane<T, N> addSaturated(Lane<T, N> a, Lane<T, N> b) {
   static_assert(std::is_same_v<T, Zim8u> || std::is_same_v<T, Zim16u>);
   if constexpr (Lane<T, N>::form == Form::single) {
-    return Lane<T, N>(static_cast<T>(a.v < b.v ? b.v - a.v : a.v - b.v));
+    return Lane<T, N>(static_cast<T>(std::min<int>(a.v + b.v, static_cast<T>(-1))));
   } else if constexpr (Lane<T, N>::form == Form::split) {
-    return Lane<T, N>::join(distance(a.v.lo, b.v.lo), distance(a.v.hi, b.v.hi));
+    return Lane<T, N>::join(addSaturated(a.v.lo, b.v.lo), addSaturated(a.v.hi, b.v.hi));
   } else {
-    // One of the two saturated differences is zero.
     const auto x = (Register)a.v, y = (Register)b.v;
-    const auto either = sizeof(T) == 1 ? ZIM_MM(subs_epu8)(x, y) | ZIM_MM(subs_epu8)(y, x)
-                                       : ZIM_MM(subs_epu16)(x, y) | ZIM_MM(subs_epu16)(y, x);
-    return Lane<T, N>::of((typename Lane<T, N>::Value)either);
+    return Lane<T, N>::of(
+        (typename Lane<T, N>::Value)(sizeof(T) == 1 ? ZIM_MM(adds_epu8)(x, y) : ZIM_MM(adds_epu16)(x, y)));
   }
+}
+template <class T, int N>
+ZIM_INLINE Lane<T, N> subtractSaturated(Lane<T, N> a, Lane<T, N> b) {
+  static_assert(std::is_same_v<T, Zim8u> || std::is_same_v<T, Zim16u>);
+  if constexpr (Lane<T, N>::form == Form::single) {
+    return Lane<T, N>(static_cast<T>(std::max<int>(a.v - b.v, 0)));
+  } else if constexpr (Lane<T, N>::form == Form::split) {
+    return Lane<T, N>::join(subtractSaturated(a.v.lo, b.v.lo), subtractSaturated(a.v.hi, b.v.hi));
+  } else {
+    const auto x = (Register)a.v, y = (Register)b.v;
+    return Lane<T, N>::of(
+        (typename Lane<T, N>::Value)(sizeof(T) == 1 ? ZIM_MM(subs_epu8)(x, y) : ZIM_MM(subs_epu16)(x, y)));
+  }
+}
+
+// |a - b|: one of the two saturated differences is zero.
+template <class T, int N>
+ZIM_INLINE Lane<T, N> distance(Lane<T, N> a, Lane<T, N> b) {
+  return subtractSaturated(a, b) | subtractSaturated(b, a);
 }
 
 // a * a in twice as many bits; without sign, though 32 of them count as signed here.
