@@ -68,6 +68,7 @@ constexpr Described kDescribed[] = {
     {"zimiYUV420ToRGB_8u_P3AC4R", "YUV420 P3 8u [1 1@2x2 1@2x2] array, steps", "RGB AC4 8u [4]"},
     {"zimiRGBToCbYCr422Gamma_8u_C3C2R", "RGB C3 8u [3]", "CbYCr422 C2 8u [2]"},
     {"zimiYCbCr420ToBGR565Dither_8u16u_P3C3R", "YCbCr420 P3 8u [1 1@2x2 1@2x2] array, steps", "BGR565 C3 16u [1]"},
+    {"zimiYCbCrToRGB444_8u16u_P3C3R", "YCbCr P3 8u [1 1 1] array, steps", "RGB444 C3 16u [1]"},
     {"zimiBGR555ToYCbCr411_16u8u_C3P3R", "BGR555 C3 16u [1]", "YCbCr411 P3 8u [1 1@4x1 1@4x1] array, steps"},
     {"zimiYCbCr1620To420_8u_P3R", "YCbCr1620 P3 8u [1 1@4x4 1@4x4] array, steps",
      "YCbCr420 P3 8u [1 1@2x2 1@2x2] array, steps"},

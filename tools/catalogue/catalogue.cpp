@@ -247,6 +247,8 @@ std::optional<Export> describe(std::string_view name) {
   e.source = sideOf(m[6], sourceType, conversion.source, hasSteps);
   e.destination = sideOf(m[7].matched ? m[7] : m[6], destinationType, conversion.destination, hasSteps);
   settleFourthSample(e.source, e.destination);
+  // Planes that become packed pixels have a step each even at full size.
+  if (conversion.destination.packed() && e.source.pointerArray) e.source.steps = Steps::perPlane;
 
   const auto* const family =
       std::ranges::find_if(kFamilies, [&](const Family& f) { return matches(f.pattern, e.name); });
