@@ -30,54 +30,66 @@ struct Share {
   }
 };
 
+// scale(sum, white) makes a share of a weighted sum.
 template <int N>
 struct Shares {
   Share<N> y, x, z;
 
-  template <class CubeRootOf>
-  ZIM_INLINE Shares(const Pixels<Zim32f, N, 3>& bgr, const CubeRootOf& cubeRoot)
-      : y((bgr[0] * 0.072169F + bgr[1] * 0.71516F + bgr[2] * 0.212671F) / kWhiteY, cubeRoot),
-        x((bgr[0] * 0.180423F + bgr[1] * 0.35758F + bgr[2] * 0.412453F) / kWhiteX, cubeRoot),
-        z((bgr[0] * 0.950227F + bgr[1] * 0.119193F + bgr[2] * 0.019334F) / kWhiteZ, cubeRoot) {}
+  template <class Scale, class CubeRootOf>
+  ZIM_INLINE Shares(const Pixels<Zim32f, N, 3>& bgr, const Scale& scale, const CubeRootOf& cubeRoot)
+      : y(scale(bgr[0] * 0.072169F + bgr[1] * 0.71516F + bgr[2] * 0.212671F, 255.0F), cubeRoot),
+        x(scale(bgr[0] * 0.180423F + bgr[1] * 0.35758F + bgr[2] * 0.412453F, 242.366F), cubeRoot),
+        z(scale(bgr[0] * 0.950227F + bgr[1] * 0.119193F + bgr[2] * 0.019334F, 277.632F), cubeRoot) {}
 };
 
-// Of the low bits that are kept, 8.
-//
-// Lanes take roots that are near the right ones, and so find the results before truncation within a margin: the
-// sensitivity to the roots, which are at most 1, times their error, and 2e-4 for roundings, here and in the exact
-// steps, of numbers below 512. Pixels for which truncation within the margin is not unique are redone with the right
-// roots.
+constexpr auto kDivided = [](auto sum, Zim32f white) ZIM_LAMBDA { return sum / white; };
+
+// No result leaves 0 to 255.
 struct ToLab8u {
   using Sample = Zim32f;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& bgr) const {
-    const auto cubeRoot = [](Lane<Zim32f, N> x, [[maybe_unused]] Lane<Zim32s, N> wanted) ZIM_LAMBDA {
-      if constexpr (N == 1) {
-        return Lane<Zim32f, 1>(wanted.v != 0 ? std::cbrt(x.v) : x.v);
-      } else {
-        return nearCubeRoot(x);
-      }
-    };
-    const Shares<N> share(bgr, cubeRoot);
-    const auto& [y, x, z] = share;
-    const auto l = select(y.onCube, y.root * 116.0F - 16.0F, y.value * 903.3F);
-    const Pixels<Zim32f, N, 3> lab = {l * 255.0F / 100.0F + 0.5F, (x.root - y.root) * 500.0F + 128.5F,
-                                      (y.root - z.root) * 200.0F + 128.5F};
-    if constexpr (N == 1) {
-      return perChannel<3>([&](auto c) { return truncate(lab[c]) & 255; });
+    if constexpr (N > 1) {
+      return near(bgr);
     } else {
-      constexpr Zim32f sensitivity[3] = {116.0F * 2.55F, 2 * 500.0F, 2 * 200.0F};
-      const auto end = [&](Zim32f sign) ZIM_LAMBDA {
-        return perChannel<3>(
-            [&](auto c) ZIM_LAMBDA { return truncate(lab[c] + sign * (sensitivity[c] * kNearCubeRootError + 2e-4F)); });
-      };
-      const auto low = end(-1), high = end(1);
-      const auto inDoubt = (low[0] != high[0]) | (low[1] != high[1]) | (low[2] != high[2]);
-      const auto stored = perChannel<3>([&](auto c) ZIM_LAMBDA { return low[c] & 255; });
-      return any(inDoubt) ? pixelsOneByOne(*this, stored, inDoubt, bgr) : stored;
+      const Shares<1> share(bgr, kDivided, libraryCubeRoot);
+      const auto& [y, x, z] = share;
+      const auto l = select(y.onCube, y.root * 116.0F - 16.0F, y.value * 903.3F);
+      return {truncate(l * 255.0F / 100.0F + 0.5F), truncate((x.root - y.root) * 500.0F + 128.5F),
+              truncate((y.root - z.root) * 200.0F + 128.5F)};
     }
   }
+
+ private:
+  // Lanes take roots that are near the right ones, and so find what is truncated but for a margin. That is the error of
+  // the roots, which are at most 1, times what they are multiplied with, and 3e-4 for everything else: the roundings,
+  // here and in the exact steps, of numbers below 512 and of shares. At the threshold the line is less than 1e-6 from
+  // the root, so that a share on its other side is within the margin, too. Pixels of which truncation leaves two values
+  // are redone.
+  template <int N>
+  ZIM_INLINE Pixels<Zim32s, N, 3> near(const Pixels<Zim32f, N, 3>& bgr) const {
+    const auto scaled = [](Lane<Zim32f, N> sum, Zim32f white) ZIM_LAMBDA { return sum * (1.0F / white); };
+    const Shares<N> share(bgr, scaled, [](Lane<Zim32f, N> x, auto) ZIM_LAMBDA { return nearCubeRoot(x); });
+    const auto& [y, x, z] = share;
+    constexpr Zim32f unit = 2.55F, error = kNearCubeRootError, rounding = 3e-4F;
+    const Ends<N> l(select(y.onCube, y.root * (116.0F * unit) - 16.0F * unit, y.value * (903.3F * unit)), 0.5F,
+                    116.0F * unit * error + rounding);
+    const Ends<N> a((x.root - y.root) * 500.0F, 128.5F, 2 * 500.0F * error + rounding);
+    const Ends<N> b((y.root - z.root) * 200.0F, 128.5F, 2 * 200.0F * error + rounding);
+    const Pixels<Zim32s, N, 3> lab = {l.low, a.low, b.low};
+    const auto inDoubt = ((l.high - l.low) | (a.high - a.low) | (b.high - b.low)) > Lane<Zim32s, N>(0);
+    return any(inDoubt) ? pixelsOneByOne(*this, lab, inDoubt, bgr) : lab;
+  }
+
+  // A sum, truncated at both ends of its margin.
+  template <int N>
+  struct Ends {
+    Lane<Zim32s, N> low, high;
+
+    ZIM_INLINE Ends(Lane<Zim32f, N> value, Zim32f bias, Zim32f margin)
+        : low(truncate(value + (bias - margin))), high(truncate(value + (bias + margin))) {}
+  };
 };
 
 // Of the low bits that are kept, 16. Lightness comes from a power in double whose exponent is a third in single
@@ -90,7 +102,7 @@ struct ToLab16u {
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& bgr) const {
-    const Shares<N> share(bgr, cubeRoot);
+    const Shares<N> share(bgr, kDivided, cubeRoot);
     const auto& [y, x, z] = share;
     Lane<Zim32s, N> inDoubt = 0;
     const auto l = select(y.onCube, lightness(y, inDoubt), y.value * 903.3F);

@@ -53,11 +53,12 @@ bool checkNearRoots() {
   forAllFloats(
       0.0088F, 1.01F, [](auto x) { return nearCubeRoot(x); },
       [&](Zim32f x, Zim32f root) {
-        const double library = std::cbrt(x);
-        furthest = std::max(furthest, std::abs(root - library) / library);
+        const double exact = std::cbrt(static_cast<double>(x));
+        furthest = std::max(furthest, std::abs(root - exact) / exact);
       });
-  std::printf("near roots: off by %.3g of cbrtf, within %.3g allowed\n", furthest, double{kNearCubeRootError});
-  return furthest < double{kNearCubeRootError};
+  const double allowed = double{kNearCubeRootError} - 0x1p-23;
+  std::printf("near roots: off by %.3g of the exact ones, %.3g allowed\n", furthest, allowed);
+  return furthest < allowed;
 }
 
 }  // namespace

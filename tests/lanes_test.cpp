@@ -10,6 +10,7 @@
 
 #include "frame/lanes/convert.h"
 #include "frame/lanes/fixed_point.h"
+#include "frame/lanes/lookup.h"
 #include "frame/lanes/memory.h"
 #include "tone/power_curve.h"
 
@@ -458,6 +459,18 @@ void expectWithinBound(const Curve& curve) {
 TEST(Powers, WithinTheirBounds) {
   expectWithinBound(kForwardPower);
   expectWithinBound(kInversePower);
+}
+
+constexpr auto kSquares = [] {
+  std::array<Zim32s, 256> table{};
+  for (Zim32s i = 0; i < 256; ++i) table[static_cast<std::size_t>(i)] = i * i;
+  return table;
+}();
+
+TEST(Tables, LookUp) {
+  expectSameInAllForms<Zim32s, Zim32s>(
+      "lookUp", [](auto a, auto) { return lookUp(kSquares, a & 255); },
+      [](Zim32s a, Zim32s) { return (a & 255) * (a & 255); });
 }
 
 TEST(Masks, AnyFindsASingleLane) {

@@ -19,7 +19,7 @@ ZIM_INLINE Lane<T, static_cast<int>(N)> fromArray(const std::array<T, N>& values
 
 // The lanes of result, but function(x) where the mask is set.
 template <class T, int N, class Function>
-Lane<T, N> oneByOne(Lane<T, N> result, Lane<Zim32s, N> mask, Lane<T, N> x, const Function& function) {
+[[gnu::noinline]] Lane<T, N> oneByOne(Lane<T, N> result, Lane<Zim32s, N> mask, Lane<T, N> x, const Function& function) {
   auto results = asArray(result);
   const auto isSet = asArray(mask);
   const auto arguments = asArray(x);
