@@ -174,9 +174,9 @@ TEST_P(EachExport, PageEnd) {
 // Rows that start at any byte; where whole samples are counted, steps whose low bits do not count.
 TEST_P(EachExport, UnalignedRows) {
   constexpr const char* kWholeSampleSteps[] = {
-      "zimi*ToGray_@(16u|16s|32f)_*",
-      "zimi@(YCbCr?(420|422)|YUV420|RGB|BGR)To@(RGB|BGR)@(444|555|565)*",
-      "zimi@(RGB|BGR)565To@(RGB|BGR)_*",
+      "zimi*ToGray_@(16u|16s|32f)_*",          "zimi@(YCbCr?(420|422)|YUV420|RGB|BGR)To@(RGB|BGR)@(444|555|565)*",
+      "zimi@(RGB|BGR)565To@(RGB|BGR)_*",       "zimiReduceBits_*R?(:stucki*)",
+      "zimiReduceBits_*_@(C1|C3|AC4)R:bayer*",
   };
   constexpr const char* kOddStepsElsewhere[] = {"zimiToneMap*"};
   if (matchesAny(e, kOddStepsElsewhere)) GTEST_SKIP() << "steps have a meaning of their own";
@@ -192,7 +192,7 @@ TEST_P(EachExport, UnalignedRows) {
   });
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EachExport, testing::ValuesIn(exports()), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, EachExport, testing::ValuesIn(forms()), nameOf);
 
 using EachOfCells = EachExport;
 
@@ -214,7 +214,7 @@ TEST_P(EachOfCells, LargeImageAsItsRows) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EachOfCells, testing::ValuesIn(exportsWhere(consistsOfCells)), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, EachOfCells, testing::ValuesIn(formsWhere(consistsOfCells)), nameOf);
 
 using EachWithAnyStep = EachExport;
 
@@ -225,7 +225,7 @@ Side oneRowEach(Side side) {
 }
 
 TEST_P(EachWithAnyStep, ZeroStep) {
-  constexpr const char* kRowsDiffer[] = {"zimi*Dither_*", "zimi*_Filter_*"};
+  constexpr const char* kRowsDiffer[] = {"zimi*Dither_*", "zimi*_Filter_*", "zimiReduceBits_*"};
   const ZimiSize size = goodSize(e, {37, 4});
   const Reference reference = Reference::ofEqualRows(e, size, call);
   for (const bool destinationToo : {false, true}) {
@@ -262,7 +262,7 @@ TEST_P(EachWithAnyStep, NegativeStep) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EachWithAnyStep, testing::ValuesIn(exportsWhere(takesAnyStep)), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, EachWithAnyStep, testing::ValuesIn(formsWhere(takesAnyStep)), nameOf);
 
 }  // namespace
 }  // namespace zim::test

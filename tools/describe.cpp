@@ -161,8 +161,14 @@ void describe(const std::string& name) {
   Rows arguments;
   if (!e.inPlace) addSide(arguments, e.source, "Src", true);
   addSide(arguments, e.destination, e.inPlace ? "SrcDst" : "Dst", false);
+  const auto addFurther = [&](bool aheadOfSize) {
+    for (const Argument& argument : e.further) {
+      if (argument.aheadOfSize == aheadOfSize) arguments.push_back(furtherRow(argument));
+    }
+  };
+  addFurther(true);
   arguments.push_back({"ZimiSize", "roiSize", "width and height in pixels"});
-  for (const Argument& argument : e.further) arguments.push_back(furtherRow(argument));
+  addFurther(false);
   std::cout << "\n  arguments\n";
   int number = 0;
   for (Row& row : arguments) {
