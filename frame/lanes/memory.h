@@ -353,14 +353,11 @@ ZIM_INLINE void store(std::byte* p, const Pixels<T, N, Channels>& pixels,
 
 // ---- Bits ----
 
-// The upper bit of each lane, that of the first in bit 0.
+// The upper bit of each lane of a register, that of the first in bit 0.
 template <int N>
-ZIM_INLINE std::uint64_t upperBits(Lane<Zim8s, N> a) {
-  if constexpr (kForm<Zim8s, N> == Form::split) {
-    return upperBits(a.v.lo) | upperBits(a.v.hi) << (N / 2);
-  } else {
-    return static_cast<std::uint32_t>(ZIM_MM(movemask_epi8)((Register)a.v));
-  }
+ZIM_INLINE std::uint32_t upperBits(Lane<Zim8s, N> a) {
+  static_assert(kForm<Zim8s, N> == Form::whole);
+  return static_cast<std::uint32_t>(ZIM_MM(movemask_epi8)((Register)a.v));
 }
 
 // ---- Several rows side by side ----
