@@ -64,7 +64,7 @@ void addOverhead(const std::string& name,
 }  // namespace
 
 int main(int argc, char** argv) {
-  for (const catalogue::Export& e : catalogue::exports()) {
+  for (const catalogue::Export& e : catalogue::forms()) {
     for (const ZimiSize size : {bench::kFullHd, bench::kVga}) addExport(e, size);
   }
 #define ADD_OVERHEAD(name, ...) addOverhead(#name, name __VA_OPT__(, ) __VA_ARGS__)

@@ -55,13 +55,15 @@ Buffer buffer(Image& image, zimg_color_family_e family) {
   return b;
 }
 
-Call conversion(Image& source, zimg_image_format from, Image& destination, zimg_image_format to) {
+Call conversion(Image& source, zimg_image_format from, Image& destination, zimg_image_format to,
+                zimg_dither_type_e dither = ZIMG_DITHER_NONE) {
   from.width = to.width = static_cast<unsigned>(source.size().width);
   from.height = to.height = static_cast<unsigned>(source.size().height);
   zimg_graph_builder_params params;
   zimg_graph_builder_params_default(&params, ZIMG_API_VERSION);
   params.cpu_type = ZIMG_CPU_AUTO_64B;
   params.allow_approximate_gamma = 1;
+  params.dither_type = dither;
   const std::shared_ptr<zimg_filter_graph> graph(zimg_filter_graph_build(&from, &to, &params), zimg_filter_graph_free);
   std::size_t scratchBytes = 0;
   if (!graph || zimg_filter_graph_get_tmp_size(graph.get(), &scratchBytes) != ZIMG_ERROR_SUCCESS) {
@@ -85,10 +87,14 @@ const Enter entered([] {
   constexpr const char* kYuv = "full-range YCbCr, planes";
   constexpr const char* kYCgCo = "YCgCo, planes";
   constexpr const char* kCurve = "approximate sRGB curve, planes";
+  constexpr const char* kRound = "to 8 bits, rounded";
+  constexpr const char* kOrdered = "ordered dither, planes";
+  constexpr const char* kDiffusion = "Floyd-Steinberg, planes";
   struct Row {
     const char* exportName;
     const char* label;
     zimg_image_format source, destination;
+    zimg_dither_type_e dither = ZIMG_DITHER_NONE;
   };
   const Row rows[] = {
       {"zimiRGBToGray_16u_C3C1R", kGray, rgb(k16u), gray(k16u)},
@@ -125,11 +131,19 @@ const Enter entered([] {
       {"zimiGammaInv_32f_C3R", kCurve, rgb(k32f), linearRgb(k32f)},
       {"zimiGammaFwd_32f_P3R", kCurve, linearRgb(k32f), rgb(k32f)},
       {"zimiGammaInv_32f_P3R", kCurve, rgb(k32f), linearRgb(k32f)},
+
+      // Its own reductions end at 256 levels.
+      {"zimiReduceBits_16u8u_C1R:none", kRound, gray(k16u), gray(k8u)},
+      {"zimiReduceBits_16u8u_C1R:bayer", kOrdered, gray(k16u), gray(k8u), ZIMG_DITHER_ORDERED},
+      {"zimiReduceBits_16u8u_C1R", kDiffusion, gray(k16u), gray(k8u), ZIMG_DITHER_ERROR_DIFFUSION},
+      {"zimiReduceBits_16u8u_C3R", kDiffusion, rgb(k16u), rgb(k8u), ZIMG_DITHER_ERROR_DIFFUSION},
+      {"zimiReduceBits_32f8u_C1R", kDiffusion, gray(k32f), gray(k8u), ZIMG_DITHER_ERROR_DIFFUSION},
+      {"zimiReduceBits_32f16u_C3R:bayer", kOrdered, rgb(k32f), rgb(k16u), ZIMG_DITHER_ORDERED},
   };
   std::vector<Pair> some;
   for (const Row& row : rows) {
     some.push_back({row.exportName, "zimg", row.label, [=](Image& source, Image& destination) {
-                      return conversion(source, row.source, destination, row.destination);
+                      return conversion(source, row.source, destination, row.destination, row.dither);
                     }});
   }
   return some;

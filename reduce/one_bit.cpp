@@ -42,6 +42,16 @@ Bits reversed(Bits bits) {
   return __builtin_bswap64(bits);
 }
 
+// The bits of so many pixels, for each register of which mask(x) has lanes that are all ones or zeros.
+template <int pixels, class Mask>
+ZIM_INLINE Bits bitsOf(const Mask& mask) {
+  constexpr int n = kLanes<Zim8s>;
+  Bits bits = 0;
+  forChannels<pixels / n>(
+      [&](auto i) ZIM_LAMBDA { bits |= Bits{signBits(mask(std::ptrdiff_t{i} * n))} << (std::size_t{i} * n); });
+  return reversed(bits);
+}
+
 class BitRow {
  public:
   // A row that starts inside a byte clears the rest of it first, which shows where it ends there.
@@ -85,9 +95,9 @@ class BitRow {
 
 // The bits of 64 pixels: 1 above the threshold.
 ZIM_INLINE Bits aboveThreshold(const std::byte* from, Zim8u threshold) {
-  constexpr int n = 64;
-  const auto samples = load<Zim8u, n, 1>(from)[0];
-  return reversed(signBits(samples > Lane<Zim8u, n>(threshold)));
+  constexpr int n = kLanes<Zim8u>;
+  return bitsOf<64>([&](std::ptrdiff_t x)
+                        ZIM_LAMBDA { return load<Zim8u, n, 1>(from + x)[0] > Lane<Zim8u, n>(threshold); });
 }
 
 void thresholdRow(const std::byte* from, std::ptrdiff_t width, const BitRow& to, Zim8u threshold) {
@@ -152,8 +162,11 @@ struct BitImage {
     constexpr int most = 32;
     Zim32s few[most] = {};
     if (count < most) from = std::copy_n(from, count, few) - count;
-    const auto masks = load<Zim32s, most, 1>(reinterpret_cast<const std::byte*>(from))[0];
-    BitRow(call, y + row).put(x, static_cast<int>(count), reversed(signBits(narrow<Zim8s>(narrow<Zim16s>(masks)))));
+    const Bits bits = bitsOf<most>([&](std::ptrdiff_t i) ZIM_LAMBDA {
+      const auto masks = load<Zim32s, kLanes<Zim8s>, 1>(reinterpret_cast<const std::byte*>(from + i))[0];
+      return narrow<Zim8s>(narrow<Zim16s>(masks));
+    });
+    BitRow(call, y + row).put(x, static_cast<int>(count), bits);
   }
 };
 

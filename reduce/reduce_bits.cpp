@@ -22,9 +22,22 @@ struct BlockKernel {
 
 // ---- Without dither ----
 
-// Of the nearest level n = L w, w from 0 to 1: n / L in the range of the destination, by roundings in single precision
-// as they stand. Samples of 16 bits truncate L w and take the next level by comparison, the others round it at once.
-// Too large a float stores the largest sample, a negative one its low bits.
+// v / white of integers, correctly rounded for every sample: white is one less than a power of two, by which the first
+// part is exact.
+template <class From, int N>
+ZIM_INLINE Lane<Zim32f, N> overWhite(Lane<Zim32f, N> value) {
+  if constexpr (std::is_same_v<From, Zim32f>) {
+    return value;
+  } else {
+    constexpr double first = 1.0 / (kWhite<From> + 1), rest = 1.0 / kWhite<From> - first;
+    return value * static_cast<Zim32f>(first) + value * static_cast<Zim32f>(rest);
+  }
+}
+
+// The nearest level n of L w, w from 0 to 1, then n / L in the range of the destination, by roundings in single
+// precision as they stand. Samples of 16 bits truncate L w and take the next level by comparison, floats round it and
+// compare as well; that of rounded bytes never finds another level, nor does L / 255 in one factor. Too large a float
+// stores the largest sample, a negative one its low bits.
 template <class From, class To>
 struct Nearest : BlockKernel<From, To> {
   Zim32f count, unit, half;
@@ -39,18 +52,24 @@ struct Nearest : BlockKernel<From, To> {
  private:
   template <int N>
   ZIM_INLINE Lane<To, N> nearest(Lane<From, N> sample) const {
-    constexpr bool isFloat = std::is_same_v<From, Zim32f>;
     constexpr Zim32s white = kWhite<To>;
-    const auto value = valueOf(sample);
-    const auto w = isFloat ? value : value / static_cast<Zim32f>(kWhite<From>);
-    const auto n = truncate(sizeof(From) == 2 ? w * count : w * count + 0.5F);
-    const auto lower = toFloat(n) * unit;
-    const auto level = select(w - lower > Lane<Zim32f, N>(half), lower + unit, lower);
-    const auto t = truncate(level * static_cast<Zim32f>(white) + 0.5F);
-    if constexpr (isFloat) {
+    const auto t = truncate(levelOf(sample) * static_cast<Zim32f>(white) + 0.5F);
+    if constexpr (std::is_same_v<From, Zim32f>) {
       return fromBlack<To>(lowBits<std::make_unsigned_t<To>>(smaller(t, Lane<Zim32s, N>(white))));
     } else {
       return fromBlack<To>(narrow<std::make_unsigned_t<To>>(t));
+    }
+  }
+
+  template <int N>
+  ZIM_INLINE Lane<Zim32f, N> levelOf(Lane<From, N> sample) const {
+    if constexpr (std::is_same_v<From, Zim8u>) {
+      return toFloat(truncate(valueOf(sample) * (count / 255.0F) + 0.5F)) * unit;
+    } else {
+      const auto w = overWhite<From>(valueOf(sample));
+      const auto lower = toFloat(truncate(sizeof(From) == 2 ? w * count : w * count + 0.5F)) * unit;
+      const auto takesUpper = w - lower > Lane<Zim32f, N>(half);
+      return lower + bitsAs<Zim32f>(takesUpper & bitsAs<Zim32s>(Lane<Zim32f, N>(unit)));
     }
   }
 };

@@ -13,7 +13,8 @@ namespace {
 using namespace catalogue;
 
 // Tests in the order in which exports make them. N: pointers as passed, arrays by their own address. Q: pointers inside
-// arrays. S: size. s: size for being empty, ahead of the rest. T: steps. R: range of values. G: grid.
+// arrays. S: size. s: size for being empty, ahead of the rest. T: steps. R: range of values. G: grid. P: percentage of
+// noise. L: levels. D: kind of dither.
 struct Order {
   const char* pattern;
   std::string_view tests;
@@ -36,6 +37,8 @@ constexpr Order kOrders[] = {
     {"zimiToneMap*", "NS"},
     {"zimiCFAToRGB_*", "NSG"},
     {"zimiDemosaicAHD_*", "NSG"},
+    {"zimiReduceBits_8u1u_*", "NSD"},
+    {"zimiReduceBits_*", "NSPL"},
 
     {"zimi*Dither_*_P3C3R", "NSQ"},
     {"zimi*Dither_*", "NS"},
@@ -125,6 +128,23 @@ std::vector<Fault> faultsOf(const Export& e, char test, bool emptyTestedBefore) 
         }
       });
       break;
+    case 'P':
+      for (const double noise : {-1, 101}) {
+        faults.push_back({"noise " + std::to_string(noise), [=](Operands& o) { o.value("noise").set({noise}); }});
+      }
+      break;
+    case 'L': {
+      const double most = e.destination.type == SampleType::u8 ? 256 : 65536;
+      for (const double levels : {-1.0, 0.0, 1.0, most + 1}) {
+        faults.push_back({"levels " + std::to_string(levels), [=](Operands& o) { o.value("levels").set({levels}); }});
+      }
+      break;
+    }
+    case 'D':
+      for (const double dither : {-1, 1, 2, 4, 5}) {
+        faults.push_back({"dither " + std::to_string(dither), [=](Operands& o) { o.value("dither").set({dither}); }});
+      }
+      break;
     case 'R':
       for (const double maximum : {-1.0, 0.5}) {
         faults.push_back({"vMax " + std::to_string(maximum), [=](Operands& o) {
@@ -153,6 +173,12 @@ ZimResult resultOf(char test) {
       return zimResultBadRange;
     case 'G':
       return zimResultBadArgument;
+    case 'P':
+      return zimResultBadNoise;
+    case 'L':
+      return zimResultBadLevels;
+    case 'D':
+      return zimResultBadDither;
     default:
       return zimResultNullPointer;
   }

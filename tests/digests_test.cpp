@@ -43,7 +43,8 @@ std::string digestOf(const Export& e) {
 
 TEST(Digests, AreAsFrozen) {
   std::map<std::string, std::string> digests;
-  for (const Export& e : exports()) digests[e.name] = digestOf(e);
+  zimSetNumThreads(2);
+  for (const Export& e : forms()) digests[e.name] = digestOf(e);
 
   if (std::getenv("ZIMCC_UPDATE_DIGESTS") != nullptr) {
     std::ofstream file(kFile);

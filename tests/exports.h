@@ -32,13 +32,18 @@ inline bool matchesAny(const catalogue::Export& e, std::span<const char* const> 
 }
 
 template <class Condition>
-std::vector<catalogue::Export> exportsWhere(const Condition& condition) {
+std::vector<catalogue::Export> formsWhere(const Condition& condition) {
   std::vector<catalogue::Export> found;
-  std::ranges::copy_if(catalogue::exports(), std::back_inserter(found), condition);
+  std::ranges::copy_if(catalogue::forms(), std::back_inserter(found), condition);
   return found;
 }
 
-inline std::string nameOf(const testing::TestParamInfo<catalogue::Export>& info) { return info.param.name; }
+inline std::string nameOf(const testing::TestParamInfo<catalogue::Export>& info) {
+  std::string name = info.param.name;
+  std::ranges::replace_if(
+      name, [](char c) { return c == ':' || c == '-'; }, '_');
+  return name;
+}
 
 // The pixels that are converted together and by themselves: what comes of such a cell follows from the source at its
 // place and from nothing else. An incomplete cell at the right or bottom end goes with the one before it. {0, 0} if the
@@ -51,12 +56,13 @@ inline ZimiSize cellOf(const catalogue::Export& e) {
                                          "zimi*1u_*",
                                          "zimiRGBToCbYCr422*_8u_*",
                                          "zimi@(CFAToRGB|DemosaicAHD)_*",
+                                         "zimiReduceBits_*R?(:@(stucki*|bayer-noise))",
                                          "zimiLUVToRGB_32f_*"};
   // Pixels of one column or row are apart from one another without steps only.
   const bool apart = e.source.steps != catalogue::Steps::none && e.destination.steps != catalogue::Steps::none;
   if (!apart || matchesAny(e, kWholeImage)) return {0, 0};
   // The thresholds of the dither repeat.
-  if (matches(e, "zimi*Dither_*")) return {4, 4};
+  if (matches(e, "zimi*Dither_*") || matches(e, "zimiReduceBits_*:bayer")) return {4, 4};
   // Two rows of each field.
   if (matches(e, "zimi*_Interlace_*")) return {2, 4};
   ZimiSize cell = {1, 1};
@@ -98,6 +104,11 @@ inline bool takesAnyStep(const catalogue::Export& e) {
       "zimiRGBToCbYCr422Gamma_*", "zimi@(RGB|BGR)565To@(RGB|BGR)_*", "zimi@(RGB|BGR)To@(RGB|BGR)565_*"};
   return !matchesAny(e, kTestSteps) && e.source.steps != catalogue::Steps::none &&
          e.destination.steps != catalogue::Steps::none;
+}
+
+// Exports whose channels that a thread takes one after another share something.
+inline bool showsTeamSize(const catalogue::Export& e) {
+  return matches(e, "zimiReduceBits_*_@(C3|AC4|C4)R?(:stucki*)");
 }
 
 // Exports that go on in the second of three planes by the step of the third, and the other way round.

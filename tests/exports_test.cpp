@@ -189,6 +189,8 @@ TEST_P(EachExport, UnalignedRows) {
       "zimi@(YCbCr?(420|422)|YUV420|RGB|BGR)To@(RGB|BGR)@(444|555|565)*",
       "zimi@(RGB|BGR)565To@(RGB|BGR)_*",
       "zimiCFAToRGB_16u_*",
+      "zimiReduceBits_*R?(:stucki*)",
+      "zimiReduceBits_*_@(C1|C3|AC4)R:bayer*",
   };
   constexpr const char* kOddStepsElsewhere[] = {"zimiToneMap*"};
   if (matchesAny(e, kOddStepsElsewhere)) GTEST_SKIP() << "steps have a meaning of their own";
@@ -207,7 +209,7 @@ TEST_P(EachExport, UnalignedRows) {
   expectAsReferences(std::array{67}, std::array{64}, accessOf);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EachExport, testing::ValuesIn(exports()), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, EachExport, testing::ValuesIn(forms()), nameOf);
 
 using EachOfCells = EachExport;
 
@@ -229,7 +231,7 @@ TEST_P(EachOfCells, LargeImageAsItsRows) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EachOfCells, testing::ValuesIn(exportsWhere(consistsOfCells)), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, EachOfCells, testing::ValuesIn(formsWhere(consistsOfCells)), nameOf);
 
 using EachWithAnyStep = EachExport;
 
@@ -240,7 +242,8 @@ Side oneRowEach(Side side) {
 }
 
 TEST_P(EachWithAnyStep, ZeroStep) {
-  constexpr const char* kRowsDiffer[] = {"zimi*Dither_*", "zimi*_Filter_*", "zimi@(CFAToRGB|DemosaicAHD)_*"};
+  constexpr const char* kRowsDiffer[] = {"zimi*Dither_*", "zimi*_Filter_*", "zimi@(CFAToRGB|DemosaicAHD)_*",
+                                         "zimiReduceBits_*"};
   const ZimiSize size = goodSize(e, {37, 4});
   const Reference reference = Reference::ofEqualRows(e, size, call);
   for (const bool destinationToo : {false, true}) {
@@ -277,7 +280,7 @@ TEST_P(EachWithAnyStep, NegativeStep) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, EachWithAnyStep, testing::ValuesIn(exportsWhere(takesAnyStep)), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, EachWithAnyStep, testing::ValuesIn(formsWhere(takesAnyStep)), nameOf);
 
 }  // namespace
 }  // namespace zim::test

@@ -4,13 +4,11 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <map>
 #include <random>
-#include <set>
-#include <string>
 #include <vector>
 
 #include "reduce/noise.h"
@@ -358,6 +356,201 @@ TEST(ReduceBits, SizesAsModelled) {
       expectAsModelled(rgb, {1100, 530}, {noise, dither, 7});
     }
   }
+}
+
+TEST(ReduceBits, EveryTeamAsModelled) {
+  for (teamSize = 1; teamSize <= 8; ++teamSize) {
+    forEachForm([]<class From, class To>(const Form<From, To>& form) {
+      for (const ZimDitherKind dither : kAllKinds) {
+        for (const Zim32s noise : {0, 20}) expectAsModelled(form, {41, 37}, {noise, dither, 4});
+      }
+      // Beyond the pixels from which rows are shared.
+      for (const Zim32s noise : {0, 20}) expectAsModelled(form, {97, 96}, {noise, zimDitherKindBayer, 4});
+    });
+  }
+  teamSize = 1;
+}
+
+// Without dither integers take shortcuts.
+TEST(ReduceBits, EveryIntegerWithoutDither) {
+  std::vector<Zim8u> bytes(256), result(256);
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<Zim8u>(i);
+  for (Zim32s levels = 2; levels <= 256; ++levels) {
+    const Model<Zim8u, Zim8u> model({0, zimDitherKindNone, levels});
+    ASSERT_EQ(zimiReduceBits_8u_C1R(bytes.data(), 256, result.data(), 256, {256, 1}, 0, zimDitherKindNone, levels),
+              zimResultOk);
+    for (const Zim8u sample : bytes) ASSERT_EQ(result[sample], model.nearest(sample)) << levels;
+  }
+  std::vector<Zim16u> words(65536), reduced(65536);
+  for (std::size_t i = 0; i < words.size(); ++i) words[i] = static_cast<Zim16u>(i);
+  for (const Zim32s levels : {2, 3, 16, 100, 256, 1000, 4096, 30000, 65535, 65536}) {
+    const Model<Zim16u, Zim16u> model({0, zimDitherKindNone, levels});
+    ASSERT_EQ(zimiReduceBits_16u_C1R(words.data(), 512, reduced.data(), 512, {256, 256}, 0, zimDitherKindNone, levels),
+              zimResultOk);
+    for (const Zim16u sample : words) ASSERT_EQ(reduced[sample], model.nearest(sample)) << levels;
+  }
+}
+
+TEST(ReduceBits, KnownValues) {
+  const auto reduced = [](std::vector<Zim8u> samples, ZimDitherKind dither, Zim32s levels, Zim32s noise = 0) {
+    const auto width = static_cast<Zim32s>(samples.size());
+    EXPECT_EQ(zimiReduceBits_8u_C1R(samples.data(), width, samples.data(), width, {width, 1}, noise, dither, levels),
+              zimResultOk);
+    return samples;
+  };
+  using Bytes = std::vector<Zim8u>;
+  EXPECT_EQ(reduced({0, 127, 128, 255}, zimDitherKindNone, 2), (Bytes{0, 0, 255, 255}));
+  EXPECT_EQ(reduced({128, 128, 128, 128}, zimDitherKindBayer, 2), (Bytes{255, 0, 255, 0}));
+  EXPECT_EQ(reduced({128, 128, 128, 128, 128}, zimDitherKindFloydSteinberg, 2), (Bytes{255, 0, 255, 0, 255}));
+  // The last of 101 levels is 100 * 652 / 256.
+  EXPECT_EQ(reduced({255}, zimDitherKindBayer, 101), (Bytes{254}));
+  EXPECT_EQ(reduced({255}, zimDitherKindStucki, 101), (Bytes{255}));
+  for (const ZimDitherKind nothing : {5, -1}) EXPECT_EQ(reduced({1, 2, 3}, nothing, 2, 100), (Bytes{1, 2, 3}));
+}
+
+TEST(Noise, KnownTableAndRefusals) {
+  zim::ZimUniformNoise16s* state = nullptr;
+  ASSERT_EQ(uniformNoiseInit<Zim16s>(&state, 0, 1024, 0), zimResultOk);
+  std::array<Zim16s, 8> table;
+  ASSERT_EQ(uniformNoiseFill<Zim16s>(table.data(), 8, state), zimResultOk);
+  EXPECT_EQ(table, (std::array<Zim16s, 8>{0, 133, 216, 412, 361, 758, 844, 242}));
+  EXPECT_EQ(uniformNoiseInit<Zim16s>(nullptr, 0, 1, 0), zimResultNullPointer);
+  EXPECT_EQ(uniformNoiseFill<Zim16s>(nullptr, 8, state), zimResultNullPointer);
+  EXPECT_EQ(uniformNoiseFill<Zim16s>(table.data(), 0, state), zimResultBadSize);
+  EXPECT_EQ(uniformNoiseFree<Zim16s>(nullptr), zimResultNullPointer);
+  state->identifier = 37;
+  EXPECT_EQ(uniformNoiseFill<Zim16s>(table.data(), 8, state), zim::zimResultBadContext);
+  EXPECT_EQ(uniformNoiseFree(state), zim::zimResultBadContext);
+  state->identifier = 36;
+  EXPECT_EQ(uniformNoiseFree(state), zimResultOk);
+}
+
+// ---- Memory ----
+
+// Every allocation fails in turn: nothing is written and nothing kept, but for the tables of noise where it is the rows
+// of errors that fail.
+TEST(ReduceBits, MemoryRunsOut) {
+  struct Case {
+    ZimDitherKind dither;
+    Zim32s noise;
+    int allocations;
+  };
+  teamSize = 3;
+  for (const Case& c : {Case{zimDitherKindNone, 50, 0},
+                        {zimDitherKindBayer, 0, 0},
+                        {zimDitherKindBayer, 50, 4},
+                        {zimDitherKindFloydSteinberg, 0, 1},
+                        {zimDitherKindFloydSteinberg, 50, 5},
+                        {zimDitherKindStucki, 0, 1},
+                        {zimDitherKindJarvisJudiceNinke, 1, 5}}) {
+    for (int left = 0; left <= c.allocations; ++left) {
+      const std::vector<Zim8u> source(30, 100);
+      std::vector<Zim8u> destination(30, 7);
+      allocationsLeft = left;
+      allocated.clear();
+      const ZimResult result =
+          zimiReduceBits_8u_C3R(source.data(), 15, destination.data(), 15, {5, 2}, c.noise, c.dither, 2);
+      allocationsLeft = -1;
+      const bool fails = left < c.allocations;
+      EXPECT_EQ(result, fails ? zimResultNoMemory : zimResultOk) << c.dither << ' ' << c.noise << ' ' << left;
+      EXPECT_EQ(allocated.size(), static_cast<std::size_t>(fails ? left + 1 : left));
+      EXPECT_EQ(destination == std::vector<Zim8u>(30, 7), fails);
+      EXPECT_EQ(alive.size(), fails && left == 4 ? 4U : 0U);
+      for (const auto& [memory, bytes] : alive) std::free(memory);
+      alive.clear();
+      // One block for all threads: two rows with a margin of one, or three, of a multiple of four, with one of two.
+      if (!fails && c.allocations % 4 == 1) {
+        EXPECT_EQ(allocated.back(), c.dither == zimDitherKindFloydSteinberg ? 3U * 14 * 4 : 3U * 36 * 4);
+      }
+    }
+  }
+  teamSize = 1;
+}
+
+// ---- One bit ----
+
+// Bits from an offset on, in a canvas of ones and zeros around them.
+std::vector<Zim8u> modelledBits(const std::vector<Zim8u>& source, const std::vector<Zim8u>& before, int offset,
+                                ZimiSize size, ZimDitherKind dither, int threshold) {
+  std::vector<Zim8u> bitmap = before;
+  const auto width = static_cast<std::size_t>(size.width), step = before.size() / static_cast<std::size_t>(size.height);
+  std::array<std::vector<Zim32s>, 3> rows;
+  for (auto& row : rows) row.assign(width + 4, 0);
+  Zim32s *p2 = &rows[0][2], *p = &rows[1][2], *c = &rows[2][2];
+  for (int y = 0; y < size.height; ++y) {
+    Zim8u* const row = &bitmap[static_cast<std::size_t>(y) * step];
+    // A row that both starts and ends inside its first byte clears what follows there.
+    if (offset % 8 != 0 && offset % 8 + size.width < 8) row[0] = static_cast<Zim8u>(row[0] & ~(0xFF >> offset % 8));
+    for (int x = 0; x < size.width; ++x) {
+      const int sample = source[static_cast<std::size_t>(y) * width + static_cast<std::size_t>(x)];
+      bool bit = sample > threshold;
+      if (dither == zimDitherKindStucki) {
+        const auto s = (p2[x] + p[x - 1] + p[x + 1] + c[x - 2]) * 4 + (p[x] + c[x - 1]) * 8 + (p2[x - 2] + p2[x + 2]) +
+                       (p2[x - 1] + p2[x + 1] + p[x - 2] + p[x + 2]) * 2;
+        const Zim32s v = (sample << 13) + s * 23;
+        bit = v > (threshold << 13);
+        c[x] = (v >> 10) - (bit ? 2047 : 0);
+      }
+      const int position = offset % 8 + x;
+      const auto mask = static_cast<Zim8u>(0x80 >> position % 8);
+      Zim8u& byte = row[position / 8];
+      byte = static_cast<Zim8u>(bit ? byte | mask : byte & ~mask);
+    }
+    Zim32s* const oldest = p2;
+    p2 = p;
+    p = c;
+    c = oldest;
+  }
+  return bitmap;
+}
+
+void expectBits(int offset, ZimiSize size, ZimDitherKind dither, Zim8u threshold) {
+  const auto pixels = static_cast<std::size_t>(size.width * size.height);
+  const auto source = samplesOf<Zim8u>(pixels, static_cast<unsigned>(offset + size.width));
+  const Zim32s step = (size.width + 7) / 8 + 2;
+  std::vector<Zim8u> bitmap(static_cast<std::size_t>(step * size.height));
+  for (std::size_t i = 0; i < bitmap.size(); ++i) bitmap[i] = static_cast<Zim8u>(i * 151 + 77);
+  const auto expected = modelledBits(source, bitmap, offset, size, dither, threshold);
+  ASSERT_EQ(
+      zimiReduceBits_8u1u_C1R(source.data(), size.width, bitmap.data(), step, offset, size, -1, -1, dither, threshold),
+      zimResultOk);
+  ASSERT_EQ(bitmap, expected) << "offset " << offset << ", " << size.width << " x " << size.height << ", dither "
+                              << dither << ", threshold " << int{threshold};
+  ASSERT_TRUE(alive.empty());
+}
+
+TEST(OneBit, EveryOffsetAndWidthAsModelled) {
+  for (const ZimDitherKind dither : {zimDitherKindNone, zimDitherKindStucki}) {
+    for (int offset = 0; offset < 17; ++offset) {
+      for (int width = 1; width <= 140; width += width < 72 ? 1 : 7) {
+        expectBits(offset, {width, 3}, dither, static_cast<Zim8u>(100 + width));
+      }
+    }
+    for (const Zim8u threshold : {0, 1, 127, 254, 255}) {
+      for (const int height : {1, 2, 16, 17, 31, 33, 70}) expectBits(3, {301, height}, dither, threshold);
+    }
+  }
+}
+
+TEST(OneBit, Refusals) {
+  const Zim8u source[4] = {255, 255, 255, 255};
+  Zim8u bitmap[1] = {0x15};
+  const auto call = [&](const Zim8u* from, Zim32s offset, ZimiSize size, ZimDitherKind dither) {
+    return zimiReduceBits_8u1u_C1R(from, 4, bitmap, 1, offset, size, 0, 0, dither, 9);
+  };
+  EXPECT_EQ(call(nullptr, -1, {0, 1}, 5), zimResultNullPointer);
+  EXPECT_EQ(call(source, -1, {4, 1}, 5), zimResultBadSize);
+  EXPECT_EQ(call(source, 0, {4, 0}, 5), zimResultBadSize);
+  for (const ZimDitherKind dither : {-1, 1, 2, 4, 5}) EXPECT_EQ(call(source, 0, {4, 1}, dither), zimResultBadDither);
+  allocationsLeft = 0;
+  EXPECT_EQ(call(source, 0, {4, 1}, zimDitherKindStucki), zimResultNoMemory);
+  EXPECT_EQ(bitmap[0], 0x15);
+  EXPECT_EQ(call(source, 0, {4, 1}, zimDitherKindNone), zimResultOk);
+  allocationsLeft = -1;
+  EXPECT_EQ(bitmap[0], 0xF5);
+  // Where the row starts inside the byte, the bits behind it become zeros.
+  EXPECT_EQ(call(source, 9, {4, 1}, zimDitherKindNone), zimResultOk);
+  EXPECT_EQ(bitmap[0], 0xF8);
 }
 
 }  // namespace

@@ -43,6 +43,7 @@ constexpr const char* kTwist = "Colour twist";
 constexpr const char* kGamma = "Gamma";
 constexpr const char* kToneMapping = "Tone mapping";
 constexpr const char* kDemosaicing = "Raw sensor demosaicing";
+constexpr const char* kBitDepth = "Bit depth";
 
 // Exports that the library lacks are left out.
 constexpr Entry kEntries[] = {
@@ -101,6 +102,24 @@ constexpr Entry kEntries[] = {
      "grid=RGGB", Input::mosaic, 4},
     {kDemosaicing, "zimiCFAToRGB_16u_C1C3R", "By averages, at 16 bits a sample", "grid=RGGB", Input::mosaic},
     {kDemosaicing, "zimiDemosaicAHD_16u_C1C3R", "By homogeneity, at 16 bits a sample", "grid=RGGB", Input::mosaic},
+
+    {kBitDepth, "zimiReduceBits_8u_C1R", "8 levels, the nearest", "levels=8 dither=0"},
+    {kBitDepth, "zimiReduceBits_8u_C1R", "2 levels, the nearest", "levels=2 dither=0"},
+    {kBitDepth, "zimiReduceBits_8u1u_C1R", "One bit, by a threshold", "dither=0 threshold=100"},
+    {kBitDepth, "zimiReduceBits_8u_C1R", "8 levels, a pattern of thresholds", "levels=8 dither=4"},
+    {kBitDepth, "zimiReduceBits_8u_C1R", "2 levels, a pattern of thresholds", "levels=2 dither=4"},
+    {kBitDepth, "zimiReduceBits_8u_C1R", "2 levels, the pattern with noise", "levels=2 dither=4 noise=30"},
+    {kBitDepth, "zimiReduceBits_8u_C1R", "8 levels, Floyd and Steinberg", "levels=8 dither=1"},
+    {kBitDepth, "zimiReduceBits_8u_C1R", "2 levels, Floyd and Steinberg", "levels=2 dither=1"},
+    {kBitDepth, "zimiReduceBits_8u_C1R", "2 levels, the same with noise", "levels=2 dither=1 noise=30"},
+    {kBitDepth, "zimiReduceBits_8u_C1R", "8 levels, Jarvis, Judice and Ninke", "levels=8 dither=2"},
+    {kBitDepth, "zimiReduceBits_8u_C1R", "2 levels, Jarvis, Judice and Ninke", "levels=2 dither=2"},
+    {kBitDepth, "zimiReduceBits_8u_C3R", "2 levels a channel: eight colours", "levels=2 dither=2"},
+    {kBitDepth, "zimiReduceBits_8u_C1R", "8 levels, Stucki", "levels=8 dither=3"},
+    {kBitDepth, "zimiReduceBits_8u_C1R", "2 levels, Stucki", "levels=2 dither=3"},
+    {kBitDepth, "zimiReduceBits_8u1u_C1R", "One bit, Stucki in integers", "dither=3 threshold=127"},
+    {kBitDepth, "zimiReduceBits_16u8u_C3R", "16 bits to 6 levels a channel, in a pattern", "levels=6 dither=4"},
+    {kBitDepth, "zimiReduceBits_32f8u_C3R", "Floats to 6 levels a channel, Floyd and Steinberg", "levels=6 dither=1"},
 };
 
 Picture photo() {

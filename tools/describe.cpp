@@ -180,8 +180,14 @@ void describe(const std::string& name) {
     addSide(arguments, e.source, "Src", true);
   }
   addSide(arguments, e.destination, e.inPlace ? "SrcDst" : "Dst", false);
+  const auto addFurther = [&](bool aheadOfSize) {
+    for (const Argument& argument : e.further) {
+      if (argument.aheadOfSize == aheadOfSize) arguments.push_back(furtherRow(argument));
+    }
+  };
+  addFurther(true);
   if (!e.takesRegion) arguments.push_back({"ZimiSize", "roiSize", "width and height in pixels"});
-  for (const Argument& argument : e.further) arguments.push_back(furtherRow(argument));
+  addFurther(false);
   if (e.scratch) {
     arguments.push_back({typeName(e.scratch->side.type) + "*", "pBuf",
                          text(e.scratch->rows) + " rows of scratch, each of the region's width and " +

@@ -105,11 +105,16 @@ Caller::Caller(const Export& e) : function_(e.function) {
     addSide(e.source, &Operands::source);
   }
   addSide(e.destination, &Operands::destination);
+  const auto addFurther = [&](bool aheadOfSize) {
+    for (std::size_t i = 0; i < e.further.size(); ++i) {
+      const Argument& argument = e.further[i];
+      if (argument.aheadOfSize != aheadOfSize) continue;
+      add(argument.array ? ffi_type_pointer : numberType(argument.type), {Kind::value, nullptr, i});
+    }
+  };
+  addFurther(true);
   if (!e.takesRegion) add(sizeType(), {Kind::size, nullptr, 0});
-  for (std::size_t i = 0; i < e.further.size(); ++i) {
-    const Argument& argument = e.further[i];
-    add(argument.array ? ffi_type_pointer : numberType(argument.type), {Kind::value, nullptr, i});
-  }
+  addFurther(false);
   if (e.scratch) addSide(e.scratch->side, &Operands::scratch);
   if (slots_.size() > kMostArguments || ffi_prep_cif(&call_, FFI_DEFAULT_ABI, static_cast<unsigned>(types_.size()),
                                                      &ffi_type_sint32, types_.data()) != FFI_OK) {

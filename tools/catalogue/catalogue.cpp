@@ -32,6 +32,7 @@ constexpr Family kFamilies[] = {
     {"zimiGamma@(Fwd|Inv)_*", "gamma"},
     {"zimiToneMap*", "tone mapping"},
     {"zimi@(CFAToRGB|DemosaicAHD)_*", "demosaicing"},
+    {"zimiReduceBits_*", "bit depth"},
     {"zimi*Dither_*", "dithered packed pixels"},
     {"zimi*@(444|555|565)*", "packed 16-bit pixels"},
     {"zimi@(RGB|BGR)To@(Y@(CbCr|CrCb|UV)|CbYCr)4*", "chroma-subsampling encoders"},
@@ -130,7 +131,18 @@ const std::vector<FurtherArguments>& furtherArguments() {
                                               0.2, 0.9,  0.0, -0.1,  //
                                               0.0, -0.3, 1.2, 0.1,   //
                                               0.1, 0.2,  0.3, 0.4};
+  const std::vector<std::string_view> dithers = {"none", "floyd-steinberg", "jarvis-judice-ninke", "stucki", "bayer"};
   static const std::vector<FurtherArguments> table = {
+      {"zimiReduceBits_8u1u_*",
+       {{"dstBitOffset", s32, false, false, {0}, {}, true},
+        {"unread1", s32, false, false, {0}},
+        {"unread2", s32, false, false, {0}},
+        {"dither", s32, false, false, {zimDitherKindStucki}, dithers},
+        {"threshold", u8, false, false, {127}}}},
+      {"zimiReduceBits_*",
+       {{"noise", s32, false, false, {0}},
+        {"dither", s32, false, false, {zimDitherKindFloydSteinberg}, dithers},
+        {"levels", s32, false, false, {8}}}},
       {"zimiColorToGray_64f_*", {{"coeffs", f64, true, true, weights}}},
       {"zimiColorToGray_*", {{"coeffs", f32, true, true, weights}}},
       {"zimiColorTwist_32f_C4R", {{"twist", f32, true, false, mixture}}},
@@ -138,6 +150,24 @@ const std::vector<FurtherArguments>& furtherArguments() {
       {"zimiGamma*_32f_*", {{"vMin", f32, false, false, {0}}, {"vMax", f32, false, false, {1}}}},
       {kTakeRegion, {{"grid", s32, false, false, {zimBayerGridRGGB}, {"BGGR", "RGGB", "GBRG", "GRBG"}}}},
       {"zimiYCbCr420ToYC@(bCr422_Filter_8u_P2C2R|rCb420_Filter_8u_P2P3R)", {{"layout", s32, false, false, {21}}}},
+  };
+  return table;
+}
+
+struct FormOfExports {
+  const char* pattern;
+  std::string_view name;
+  std::vector<std::pair<std::string_view, double>> values;
+};
+
+const std::vector<FormOfExports>& formsOfExports() {
+  static const std::vector<FormOfExports> table = {
+      {"zimiReduceBits_8u1u_*", "threshold", {{"dither", zimDitherKindNone}}},
+      {"zimiReduceBits_!(8u1u)_*", "none", {{"dither", zimDitherKindNone}}},
+      {"zimiReduceBits_!(8u1u)_*", "bayer", {{"dither", zimDitherKindBayer}}},
+      {"zimiReduceBits_!(8u1u)_*", "bayer-noise", {{"dither", zimDitherKindBayer}, {"noise", 30}}},
+      {"zimiReduceBits_!(8u1u)_*", "stucki", {{"dither", zimDitherKindStucki}}},
+      {"zimiReduceBits_!(8u1u)_*", "stucki-noise", {{"dither", zimDitherKindStucki}, {"noise", 30}}},
   };
   return table;
 }
@@ -316,8 +346,26 @@ std::span<const Export> exports() {
   return all;
 }
 
+std::span<const Export> forms() {
+  static const std::vector<Export> all = [] {
+    std::vector<Export> found(exports().begin(), exports().end());
+    for (const Export& e : exports()) {
+      for (const FormOfExports& form : formsOfExports()) {
+        if (!matches(form.pattern, e.name)) continue;
+        Export& other = found.emplace_back(e);
+        other.name += ":" + std::string(form.name);
+        for (const auto& [name, value] : form.values)
+          std::ranges::find(other.further, name, &Argument::name)->usual = {value};
+      }
+    }
+    std::ranges::sort(found, {}, &Export::name);
+    return found;
+  }();
+  return all;
+}
+
 const Export* find(std::string_view name) {
-  const auto all = exports();
+  const auto all = name.find(':') == name.npos ? exports() : forms();
   const auto found = std::ranges::lower_bound(all, name, {}, &Export::name);
   return found != all.end() && found->name == name ? &*found : nullptr;
 }

@@ -47,7 +47,7 @@ struct Side {
   bool operator==(const Side&) const = default;
 };
 
-// An argument after the size.
+// An argument other than images and size.
 struct Argument {
   std::string_view name;
   SampleType type;
@@ -55,6 +55,7 @@ struct Argument {
   bool mayBeNull;             // null selects the operation's own values
   std::vector<double> usual;  // what serves as a value where none is asked for: one number, or each element
   std::vector<std::string_view> words = {};  // for the numbers from 0 on, if they have names
+  bool aheadOfSize = false;
 };
 
 // Rows that the caller lends an operation for its work, longer than those of the region.
@@ -93,7 +94,11 @@ std::optional<Export> describe(std::string_view name);
 // All exports of the library, in ascending byte order of their names.
 std::span<const Export> exports();
 
-// The export of this name, or null.
+// All exports, and further forms of those that an argument makes do quite different things: the same with other values
+// as usual ones, and named as in "zimiReduceBits_8u_C1R:bayer".
+std::span<const Export> forms();
+
+// The export, or the form, of this name, or null.
 const Export* find(std::string_view name);
 
 // The exports that match a shell pattern such as "zimiGamma*_32f_@(C3|AC4)R".
