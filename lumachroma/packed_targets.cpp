@@ -10,9 +10,9 @@ namespace {
 
 using FromScaled = DecodeScaled<S601>;
 using FromK601 = DecodeShared<K601>;
-using From601 = DecodeShared<DecoderRows(D601, Rounding::truncating)>;
-using From601Rounded = DecodeShared<DecoderRows(D601, Rounding::rounding)>;
-using FromYuv = DecodeShared<DecoderRows(DYUV, Rounding::truncating)>;
+using From601 = DecodeShared<Decoder{D601, Rounding::truncating}>;
+using From601Rounded = DecodeShared<Decoder{D601, Rounding::rounding}>;
+using FromYuv = DecodeShared<Decoder{DYUV, Rounding::truncating}>;
 
 using P444 = ThreePlanes<1, 1>;
 using P422 = ThreePlanes<2, 1>;

@@ -205,7 +205,7 @@ struct ToBytes {
   ZIM_INLINE void store(Position<std::byte, Layout::planes> to, const Pixels<Zim16s, N, 3>& rgb, Place) const {
     const auto channels = perChannel<3>([&](auto c) ZIM_LAMBDA { return rgb[order == Order::rgb ? c : 2 - c]; });
     if constexpr (N > 1 && std::is_same_v<Layout, C3<Zim8u>>) {
-      C3<Zim16u>::store<N / 2>(to, unweave<N>(channels));
+      storeWoven<N>(to.plane[0], channels);
     } else {
       const auto bytes = inOrder<N>(channels);
       Layout::template store<N>(to, perChannel<Layout::channels>([&](auto c) ZIM_LAMBDA {
