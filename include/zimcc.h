@@ -7,8 +7,11 @@
  * Names read: zimi + operation [+ variant] _ sample types _ layout [+ R].
  *   Sample types: one word where source and destination agree (8u), else source first (8u16s).
  *   Layouts:      C1, C3, C4  interleaved samples, in the order that the colour words spell
+ *                 C2          packed 4:2:2: two samples a pixel, in the order that the colour word spells
  *                 AC4         four interleaved samples; the fourth is not read, and is left as it was when written to
  *                 P3, P4      planes: the address of an array of plane pointers, one step for all planes
+ *                 P2          luma, then interleaved chroma: a pointer and a step for each of the two planes
+ *   Where chroma is shared (the digits 422, 420, 411 of a colour word), P3 has an array of three steps.
  *   IR            in place: one pointer, one step.
  *
  * Steps are distances in bytes between the starts of successive rows. Where an operation does not say that it tests
