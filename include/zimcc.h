@@ -7,11 +7,11 @@
  * Names read: zimi + operation [+ variant] _ sample types _ layout [+ R].
  *   Sample types: one word where source and destination agree (8u), else source first (8u16s).
  *   Layouts:      C1, C3, C4  interleaved samples, in the order that the colour words spell
+ *                 C2          packed 4:2:2: two samples a pixel, in the order that the colour word spells
  *                 AC4         four interleaved samples; the fourth is not read, and is left as it was when written to
- *                 P3, P4      planes: the address of an array of plane pointers, one step for all planes, or, where
- *                             pixels share chroma, the address of an array with a step for each
- *                 C2          a stream of 4:2:2, four samples a pair of pixels
  *                 P2          a plane of luma and one of chroma pairs, each with its own pointer and step
+ *                 P3, P4      planes: the address of an array of plane pointers, one step for all planes or, where
+ *                             pixels share chroma, the address of an array with a step for each
  *   IR            in place: one pointer, one step.
  *
  * Steps are distances in bytes between the starts of successive rows. Where an operation does not say that it tests

@@ -7,14 +7,14 @@ using namespace zim;
 
 namespace {
 
-using From601 = DecodeShared<DecoderRows(D601, Rounding::rounding)>;
-using From601b = DecodeShared<DecoderRows(D601b, Rounding::rounding)>;
+using From601 = DecodeShared<Decoder{D601, Rounding::rounding}>;
+using From601b = DecodeShared<Decoder{D601b, Rounding::rounding}>;
 using FromK601 = DecodeShared<K601>;
-using From411 = DecodeShared<DecoderRows(D411, Rounding::truncating)>;
-using From709 = DecodeShared<DecoderRows(D709CSC, Rounding::rounding)>;
-using FromHdtv = DecodeShared<DecoderRows(D709HDTV, Rounding::rounding)>;
-using FromYuv = DecodeShared<DecoderRows(DYUV, Rounding::truncating)>;
-using FromYuvRounded = DecodeShared<DecoderRows(DYUV, Rounding::rounding)>;
+using From411 = DecodeShared<Decoder{D411, Rounding::truncating}>;
+using From709 = DecodeShared<Decoder{D709CSC, Rounding::rounding}>;
+using FromHdtv = DecodeShared<Decoder{D709HDTV, Rounding::rounding}>;
+using FromYuv = DecodeShared<Decoder{DYUV, Rounding::truncating}>;
+using FromYuvRounded = DecodeShared<Decoder{DYUV, Rounding::rounding}>;
 using FromFloat = DecodeFloat;
 
 using P422 = ThreePlanes<2, 1>;

@@ -10,9 +10,9 @@ namespace {
 
 using FromScaled = DecodeScaled<S601>;
 using FromK601 = DecodeShared<K601>;
-using From601 = DecodeShared<DecoderRows(D601, Rounding::truncating)>;
-using From601Rounded = DecodeShared<DecoderRows(D601, Rounding::rounding)>;
-using FromYuv = DecodeShared<DecoderRows(DYUV, Rounding::truncating)>;
+using From601 = DecodeShared<Decoder{D601, Rounding::truncating}>;
+using From601Rounded = DecodeShared<Decoder{D601, Rounding::rounding}>;
+using FromYuv = DecodeShared<Decoder{DYUV, Rounding::truncating}>;
 
 using P444 = ThreePlanes<1, 1>;
 using P422 = ThreePlanes<2, 1>;
@@ -44,10 +44,10 @@ ZimResult decodeColumn(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s d
 }  // namespace
 
 // As ZIM_DECODE_INTERLEAVED, but for images of one column.
-#define ZIM_DECODE_PACKED(name, rules, Source, Sink, Kernel, parameters)                                            \
-  ZimResult ZIM_BODY(name)(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize) {     \
-    if (roiSize.width == 1) return decodeColumn(pSrc, srcStep, pDst, dstStep, roiSize);                             \
-    return decode<rules, Source, Kernel>(std::array{pSrc}, std::array{srcStep}, pDst, dstStep, roiSize, Sink{});    \
+#define ZIM_DECODE_PACKED(name, rules, Source, Sink, Kernel, parameters)                                         \
+  ZimResult ZIM_BODY(name)(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize) {  \
+    if (roiSize.width == 1) return decodeColumn(pSrc, srcStep, pDst, dstStep, roiSize);                          \
+    return decode<rules, Source, Kernel>(std::array{pSrc}, std::array{srcStep}, pDst, dstStep, roiSize, Sink{}); \
   }
 
 // clang-format off

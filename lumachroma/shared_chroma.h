@@ -205,7 +205,7 @@ struct ToBytes {
   ZIM_INLINE void store(Position<std::byte, Layout::planes> to, const Pixels<Zim16s, N, 3>& rgb, Place) const {
     const auto channels = perChannel<3>([&](auto c) ZIM_LAMBDA { return rgb[order == Order::rgb ? c : 2 - c]; });
     if constexpr (N > 1 && std::is_same_v<Layout, C3<Zim8u>>) {
-      C3<Zim16u>::store<N / 2>(to, unweave<N>(channels));
+      storeWoven<N>(to.plane[0], channels);
     } else {
       const auto bytes = inOrder<N>(channels);
       Layout::template store<N>(to, perChannel<Layout::channels>([&](auto c) ZIM_LAMBDA {
@@ -415,19 +415,19 @@ ZIM_INLINE ZimResult decode(const Call& call, const Sink& sinkOfCall) {
   const auto start = Layout::start(call.pDst);
   constexpr Zim32s down = Source::down;
   const Zim32s end = Rules::LoneColumns::areConverted ? height : height & -down;
-  for (Zim32s top = 0; top < end; top += down) {
+  for (std::int64_t top = 0; top < end; top += down) {
     Lines<Source> from;
     Rows<Source, Sink> to;
     std::array<Zim32s, Source::down> y;
     // In place of a row that is missing the one before is converted twice.
     forChannels<Source::down>([&](auto row) ZIM_LAMBDA {
-      y[row] = top + Zim32s{row} < height ? top + Zim32s{row} : top;
+      y[row] = static_cast<Zim32s>(top + std::int64_t{row} < height ? top + std::int64_t{row} : top);
       from.plane[row] = reinterpret_cast<const std::byte*>(call.pSrc[0]) + std::ptrdiff_t{y[row]} * call.srcStep[0];
       to[row] = start.at(rowOffset<Rules::offsets, typename Layout::Sample>(y[row], call.dstStep));
     });
     forChannels<Source::planes - 1>([&](auto i) ZIM_LAMBDA {
       from.plane[Source::down + i] =
-          reinterpret_cast<const std::byte*>(call.pSrc[i + 1]) + std::ptrdiff_t{top / down} * call.srcStep[i + 1];
+          reinterpret_cast<const std::byte*>(call.pSrc[i + 1]) + top / down * call.srcStep[i + 1];
     });
     decodeStrip<Source, typename Rules::LoneColumns>(from, to, y, width, Kernel{}, sink);
   }

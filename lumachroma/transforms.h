@@ -109,31 +109,25 @@ struct Decode {
 //     template <int N> Pixels<Zim16s, N, 3> pixels(Lane<Zim16s, N> y, std::array<Lane<T, N>, Terms> terms) const;
 // The results are R, G, B before saturation.
 
-// Rows over Y, U (or Cb) and V (or Cr) as they are, in which all that is constant is one bias.
-struct DecoderRows {
-  FixedRow r, g, b;
-
-  constexpr DecoderRows(FixedRow red, FixedRow green, FixedRow blue) : r(red), g(green), b(blue) {}
-  constexpr DecoderRows(const DecoderSet& set, Rounding rounding)
-      : r{{set.luma, 0, set.redV}, 0}, g{{set.luma, set.greenU, set.greenV}, 0}, b{{set.luma, set.blueU, 0}, 0} {
-    for (FixedRow* row : {&r, &g, &b}) {
-      row->bias = static_cast<Zim32s>(rounding) - set.luma * set.black - 128 * (row->c[1] + row->c[2]);
-    }
-  }
+// A set, its rounding, and what else is added to each channel before the shift.
+struct Decoder {
+  DecoderSet set;
+  Rounding rounding = Rounding::truncating;
+  Zim32s red = 0, green = 0, blue = 0;
 };
 
-// D601 truncating, but for biases that are 57, 14 and 13 less.
-inline constexpr DecoderRows K601 = {
-    {{76284, 0, 104595}, -14608761}, {{76284, -25690, -53281}, 8887730}, {{76284, 132186, 0}, -18140365}};
+// D601 with constants that were rounded in sums over Cb and Cr from zero.
+inline constexpr Decoder K601 = {D601, Rounding::truncating, -57, -14, -13};
 
-// Each channel in two limbs: that of luma and that of chroma meet in a comparison.
-template <DecoderRows rows>
+// As Decode, with each channel in two limbs: that of luma and that of chroma meet in a comparison.
+template <Decoder decoder>
 struct DecodeShared {
   template <int N>
   ZIM_INLINE auto chroma(Lane<Zim16s, N> u, Lane<Zim16s, N> v) const {
-    const auto r = plus<rows.r.bias>(product<rows.r.c[2]>(v));
-    const auto g = plus<rows.g.bias>(sum(product<rows.g.c[1]>(u), product<rows.g.c[2]>(v)));
-    const auto b = plus<rows.b.bias>(product<rows.b.c[1]>(u));
+    const auto cu = u - 128, cv = v - 128;
+    const auto r = plus<decoder.red + chromaHalf>(product<set.redV>(cv));
+    const auto g = plus<decoder.green + chromaHalf>(sum(product<set.greenU>(cu), product<set.greenV>(cv)));
+    const auto b = plus<decoder.blue + chromaHalf>(product<set.blueU>(cu));
     if constexpr (lumaIsWhole) {
       return std::array{r.high, g.high, b.high};
     } else {
@@ -143,16 +137,20 @@ struct DecodeShared {
 
   template <int N, std::size_t Terms>
   ZIM_INLINE Pixels<Zim16s, N, 3> pixels(Lane<Zim16s, N> y, const std::array<Lane<Zim16s, N>, Terms>& terms) const {
+    const auto fromBlack = set.black == 0 ? y : y - set.black;
     if constexpr (lumaIsWhole) {
-      return {y + terms[0], y + terms[1], y + terms[2]};
+      return perChannel<3>([&](auto c) ZIM_LAMBDA { return fromBlack + terms[c]; });
     } else {
-      const auto luma = product<rows.r.c[0]>(y);
+      const auto luma = plus<half>(product<set.luma>(fromBlack));
       return perChannel<3>([&](auto c) ZIM_LAMBDA { return highOfSum(luma, Limbs<N>{terms[c], terms[c + 3]}); });
     }
   }
 
  private:
-  static constexpr bool lumaIsWhole = rows.r.c[0] == 65536;
+  static constexpr const DecoderSet& set = decoder.set;
+  static constexpr bool lumaIsWhole = decoder.set.luma == 65536;
+  // Added once to luma, unless that has no lower limb, in place of three times to chroma.
+  static constexpr Zim32s half = static_cast<Zim32s>(decoder.rounding), chromaHalf = lumaIsWhole ? half : 0;
 };
 
 // Products each cut to 1/16 on its own, in factors of 1/8192 of those:

@@ -38,6 +38,8 @@ struct Entry {
 constexpr const char* kGray = "Gray";
 constexpr const char* kLuvLab = "LUV and Lab";
 constexpr const char* kLumaChroma = "Luma and chroma";
+constexpr const char* kShared = "Shared chroma";
+constexpr const char* kPacked = "Packed 16-bit pixels";
 constexpr const char* kYCoCg = "YCoCg";
 constexpr const char* kTwist = "Colour twist";
 constexpr const char* kGamma = "Gamma";
@@ -67,6 +69,17 @@ constexpr Entry kEntries[] = {
     {kLumaChroma, "zimiYCbCrToRGB_8u_P3C3R", "To YCbCr and back"},
     {kLumaChroma, "zimiYCbCrToBGR_709CSC_8u_P3C3R", "The same planes taken for BT.709: colours shift"},
     {kLumaChroma, "zimiYUVToRGB_8u_C3R", "To YUV and back"},
+
+    {kShared, "zimiYCbCr420ToRGB_8u_P3C3R", "To 4:2:0 and back: chroma for 2 x 2 pixels"},
+    {kShared, "zimiYCbCr420ToRGB_8u_P3C3R", "The same, eight times as large", "", Input::photo, 8},
+    {kShared, "zimiYCbCr411ToBGR_8u_P3C3R", "To 4:1:1 and back, eight times as large", "", Input::photo, 8},
+    {kShared, "zimiCbYCr422ToBGR_709HDTV_8u_C2C4R", "Packed 4:2:2 of BT.601 taken for BT.709 in full range"},
+
+    {kPacked, "zimiRGBToRGB565_8u16u_C3R", "Cut to 5, 6 and 5 bits", "", Input::photo, 4},
+    {kPacked, "zimiYCbCr420ToRGB565_8u16u_P3C3R", "The same from 4:2:0", "", Input::photo, 4},
+    {kPacked, "zimiYCbCr420ToRGB565Dither_8u16u_P3C3R", "With ordered dither", "", Input::photo, 4},
+    {kPacked, "zimiYCbCrToRGB444_8u16u_C3R", "Cut to 4 bits each", "", Input::photo, 4},
+    {kPacked, "zimiYCbCrToRGB444Dither_8u16u_C3R", "With ordered dither", "", Input::photo, 4},
 
     {kYCoCg, "zimiRGBToYCoCg_8u_C3P3R", "Y, Co and Cg: brightness, orange against blue, green against purple"},
     {kYCoCg, "zimiBGRToYCoCg_Rev_8u16s_C3P3R", "The reversible form: signed differences around middle gray"},

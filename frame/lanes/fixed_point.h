@@ -147,7 +147,7 @@ ZIM_INLINE Limbs<N> product(Lane<Zim16s, N> x) {
 // Whether the lower limbs of a and b carry, as -1 or 0: a > 65535 - b.
 template <int N>
 ZIM_INLINE Lane<Zim16s, N> carry(Limbs<N> a, Limbs<N> b) {
-  return a.low > ~b.low;
+  return a.low > Lane<Zim16s, N>(-1) - b.low;
 }
 
 // The higher limb of a + b.
@@ -161,12 +161,19 @@ ZIM_INLINE Limbs<N> sum(Limbs<N> a, Limbs<N> b) {
   return {highOfSum(a, b), a.low + b.low + Zim16s{-32768}};
 }
 
-// a + c
+// a + c. A half in the lower limb carries where that has its highest bit.
 template <Zim32s c, int N>
 ZIM_INLINE Limbs<N> plus(Limbs<N> a) {
-  constexpr auto low = static_cast<Zim16s>((c & 0xFFFF) - 32768);
-  const Limbs<N> constant = {static_cast<Zim16s>(c >> 16), low};
-  return low == -32768 ? Limbs<N>{a.high + constant.high, a.low} : sum(a, constant);
+  constexpr Zim32s half = 32768;
+  constexpr auto high = static_cast<Zim16s>(c >> 16), low = static_cast<Zim16s>((c & 0xFFFF) - half);
+  if constexpr ((c & 0xFFFF) == 0) {
+    return {a.high + high, a.low};
+  } else if constexpr ((c & 0xFFFF) == half) {
+    const auto moved = a.low + static_cast<Zim16s>(-half);
+    return {a.high - (moved >> 15) + high, moved};
+  } else {
+    return sum(a, Limbs<N>{high, low});
+  }
 }
 
 }  // namespace ZIM_TARGET_NAMESPACE

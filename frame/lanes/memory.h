@@ -207,17 +207,23 @@ ZIM_INLINE Registers<3> deinterleave(Registers<3> r) {
   }
 }
 
+// Three channels whose elements are at their positions.
+template <int ElementBytes>
+ZIM_INLINE Registers<3> blendChannels(const Registers<3>& channel) {
+  const auto& [a, b, c] = channel;
+  return {blendChannel<ElementBytes, 0, 2>(blendChannel<ElementBytes, 0, 1>(a, b), c),
+          blendChannel<ElementBytes, 1, 2>(blendChannel<ElementBytes, 1, 1>(a, b), c),
+          blendChannel<ElementBytes, 2, 2>(blendChannel<ElementBytes, 2, 1>(a, b), c)};
+}
+
 template <int ElementBytes>
 ZIM_INLINE Registers<3> interleave(Registers<3> channel) {
   if constexpr (ElementBytes >= 4) {
     return interleaveWide<ElementBytes>(channel);
   } else {
     using Layout = ThreeChannels<ElementBytes>;
-    const auto& [a, b, c] = perChannel<3>(
-        [&](auto i) ZIM_LAMBDA { return _mm256_shuffle_epi8(channel[i], inBothHalves(Layout::scatter[i])); });
-    return {blendChannel<ElementBytes, 0, 2>(blendChannel<ElementBytes, 0, 1>(a, b), c),
-            blendChannel<ElementBytes, 1, 2>(blendChannel<ElementBytes, 1, 1>(a, b), c),
-            blendChannel<ElementBytes, 2, 2>(blendChannel<ElementBytes, 2, 1>(a, b), c)};
+    return blendChannels<ElementBytes>(perChannel<3>(
+        [&](auto i) ZIM_LAMBDA { return _mm256_shuffle_epi8(channel[i], inBothHalves(Layout::scatter[i])); }));
   }
 }
 
@@ -335,6 +341,36 @@ ZIM_INLINE Pixels<T, N, Channels> load(const std::byte* p, std::ptrdiff_t halfSt
   }
 }
 
+// Registers whose halves follow one another in two places, halfStride apart.
+template <std::size_t Count>
+ZIM_INLINE void storeRegisters(std::byte* p, [[maybe_unused]] std::ptrdiff_t halfStride, const Registers<Count>& r) {
+#if defined(__AVX2__)
+  // Where the second place begins at the end of the first, registers are put together whole: fewer, wider stores.
+  constexpr std::ptrdiff_t adjoining = 16 * Count;
+  if (Count > 1 && __builtin_constant_p(halfStride == adjoining) && halfStride == adjoining) {
+    const auto put = [&](std::size_t i, Register a)
+                         ZIM_LAMBDA { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 32 * i), a); };
+    const auto low = [&](std::size_t i) ZIM_LAMBDA { return _mm256_permute2x128_si256(r[i], r[i + 1], 0x20); };
+    const auto high = [&](std::size_t i) ZIM_LAMBDA { return _mm256_permute2x128_si256(r[i], r[i + 1], 0x31); };
+    if constexpr (Count == 2) {
+      put(0, low(0));
+      put(1, high(0));
+    } else if constexpr (Count == 3) {
+      put(0, low(0));
+      put(1, _mm256_blend_epi32(r[2], r[0], 0xF0));
+      put(2, high(1));
+    } else if constexpr (Count == 4) {
+      put(0, low(0));
+      put(1, low(2));
+      put(2, high(0));
+      put(3, high(2));
+    }
+    return;
+  }
+#endif
+  forChannels<Count>([&](auto c) ZIM_LAMBDA { storeHalves(p + 16 * c, halfStride, r[c]); });
+}
+
 // Stores N pixels with their channels interleaved; writes those bytes and no others.
 template <class T, int N, std::size_t Channels>
 ZIM_INLINE void store(std::byte* p, const Pixels<T, N, Channels>& pixels,
@@ -347,7 +383,7 @@ ZIM_INLINE void store(std::byte* p, const Pixels<T, N, Channels>& pixels,
   } else {
     Registers<Channels> r = perChannel<Channels>([&](auto c) ZIM_LAMBDA { return (Register)pixels[c].v; });
     if constexpr (Channels > 1) r = interleave<sizeof(T)>(r);
-    forChannels<Channels>([&](auto c) ZIM_LAMBDA { storeHalves(p + 16 * c, halfStride, r[c]); });
+    storeRegisters(p, halfStride, r);
   }
 }
 
@@ -446,6 +482,36 @@ ZIM_INLINE Pixels<Zim16u, N / 2, 3> unweave(const Pixels<Zim16s, N, 3>& pixels) 
   };
   const auto& [x, y, z] = pixels;
   return {pairs(x.v.lo, y.v.lo), pairs(z.v.lo, x.v.hi), pairs(y.v.hi, z.v.hi)};
+}
+
+// Stores woven pixels as three interleaved channels, saturated to bytes.
+template <int N>
+ZIM_INLINE void storeWoven(std::byte* p, const Pixels<Zim16s, N, 3>& pixels) {
+#if defined(__AVX2__)
+  // As unweave and store would have it, but that bytes come to the places of their pairs in one shuffle.
+  using Layout = ThreeChannels<2>;
+  static constexpr std::array<ByteTable, 3> tables = [] {
+    std::array<ByteTable, 3> fromHalves{};
+    for (std::size_t c = 0; c < 3; ++c) {
+      for (std::size_t i = 0; i < 16; ++i) {
+        const int inPairs = Layout::scatter[c][i];
+        fromHalves[c][i] = static_cast<std::int8_t>(inPairs / 2 + inPairs % 2 * 8);
+      }
+    }
+    return fromHalves;
+  }();
+  const auto pairs = [](auto c, Lane<Zim16s, N / 2> low, Lane<Zim16s, N / 2> high) ZIM_LAMBDA {
+    const auto bytes = (Register)narrow<Zim8u>(Lane<Zim16s, N>::join(low, high)).v;
+    return _mm256_shuffle_epi8(bytes, inBothHalves(tables[c]));
+  };
+  const auto& [x, y, z] = pixels;
+  storeRegisters(p, 48,
+                 blendChannels<2>({pairs(std::integral_constant<std::size_t, 0>(), x.v.lo, y.v.lo),
+                                   pairs(std::integral_constant<std::size_t, 1>(), z.v.lo, x.v.hi),
+                                   pairs(std::integral_constant<std::size_t, 2>(), y.v.hi, z.v.hi)}));
+#else
+  store<Zim16u, N / 2, 3>(p, unweave<N>(pixels));
+#endif
 }
 
 // Woven pixels in the order of memory again, saturated to bytes.
