@@ -176,7 +176,7 @@ ZIM_INLINE Pixels<Zim32f, N, 3> between(const Extremes<N>& of, Lane<Zim32f, N> h
   const auto ramp = [&](Floats h) ZIM_LAMBDA { return of.range * h / 60.0F + of.m1; };
   const auto placed = [&](auto c, Floats wayValue)
                           ZIM_LAMBDA { return select(onWay[c], wayValue, select(atTop[c], of.m2, of.m1)); };
-  if (any(rises[1] & onWay[0])) {
+  if (any(rises[1] & (onWay[0] | onWay[2]))) {
     return perChannel<3>([&](auto c) ZIM_LAMBDA { return placed(c, ramp(height[c])); });
   }
   const auto shared = ramp(select(onWay[0], height[0], select(onWay[1], height[1], height[2])));

@@ -36,6 +36,10 @@ struct Entry {
 };
 
 constexpr const char* kGray = "Gray";
+constexpr const char* kXyz = "CIE XYZ";
+constexpr const char* kPhotoYcc = "PhotoYCC";
+constexpr const char* kHls = "Hue, lightness, saturation";
+constexpr const char* kHsv = "Hue, saturation, value";
 constexpr const char* kLuvLab = "LUV and Lab";
 constexpr const char* kLumaChroma = "Luma and chroma";
 constexpr const char* kShared = "Shared chroma";
@@ -55,6 +59,20 @@ constexpr Entry kEntries[] = {
     {kGray, "zimiRGBToGray_16u_C3C1R", "Luma at 16 bits a sample"},
     {kGray, "zimiColorToGray_32f_C3C1R", "Green lifted, in floating point", "coeffs=-0.3,1.6,-0.3"},
     {kGray, "zimiColorToGray_64f_C3C1R", "Sky against foliage: blue less red", "coeffs=-1,0.6,1.2"},
+
+    {kXyz, "zimiRGBToXYZ_32f_C3R", "X, Y and Z: nearly red, brightness, nearly blue"},
+    {kXyz, "zimiXYZToRGB_8u_C3R", "To XYZ and back in bytes, rounded down twice"},
+
+    {kPhotoYcc, "zimiRGBToYCC_8u_C3R", "Y, C1 and C2: brightness with room above, then what is blue, then what is red"},
+    {kPhotoYcc, "zimiYCCToRGB_16u_C3R", "To PhotoYCC and back at 16 bits a sample"},
+
+    {kHls, "zimiRGBToHLS_8u_C3R", "Hue, lightness and saturation"},
+    {kHls, "zimiBGRToHLS_8u_C3P3R", "The same of BGR, rounded down"},
+    {kHls, "zimiHLSToRGB_8u_C3R", "To HLS and back in bytes"},
+    {kHls, "zimiHLSToRGB_32f_C3R", "And in floating point"},
+
+    {kHsv, "zimiRGBToHSV_8u_C3R", "Hue, saturation and value"},
+    {kHsv, "zimiHSVToRGB_16u_C3R", "To HSV and back at 16 bits a sample"},
 
     {kLuvLab, "zimiRGBToLUV_8u_C3R", "L, U and V: lightness, green to red, blue to yellow"},
     {kLuvLab, "zimiRGBToLUV_32f_C3R", "The same in floating point, in units of L, U and V"},
