@@ -13,16 +13,16 @@ inline Lane<Zim32f, 1> libraryCubeRoot(Lane<Zim32f, 1> x, Lane<Zim32s, 1> wanted
   return Lane<Zim32f, 1>(wanted.v != 0 ? std::cbrt(x.v) : x.v);
 }
 
-// cbrtf is not rounded correctly everywhere. Of GNU's until 2.40 every tenth root is not, some are off by all but a
-// unit in the last place: no bound on that error would tell one float from the next. So lanes take the very way that
-// leads to its results, where the library at hand is seen to go it:
+// cbrtf is not rounded correctly everywhere. Of GNU's (2.36) every tenth root is not, some are off by all but a unit in
+// the last place: no bound on that error would tell one float from the next. So lanes take the very way that leads to
+// its results, where the library at hand is seen to go it:
 //
 //     x = m 2^(3k + r), m from 1/2 to below 1, r = 0, 1 or 2
 //     u = c0 + c1 m + c2 m^2                          near the root of m, to 1.3e-3; rounded to single precision
 //     cbrt(x) ~ 2^k cbrt(2)^r u (u^3 + 2 m) / (2 u^3 + m)         one step of Halley's rule, in double
 //
 // u^3 is rounded to single precision as well, twice, and so decides the last bit. The coefficients were found by
-// search: any within 3e-14 of these give the library's results, for all floats (docs/architecture.md).
+// search: any quadratic within 1e-14 of this one gives the library's results, for all floats (docs/architecture.md).
 class CubeRoot {
  public:
   // For an image of this size. Looking at the library costs as much as a few roots: not for a handful of pixels.

@@ -37,9 +37,9 @@ struct Shares {
 
   template <class Scale, class CubeRootOf>
   ZIM_INLINE Shares(const Pixels<Zim32f, N, 3>& bgr, const Scale& scale, const CubeRootOf& cubeRoot)
-      : y(scale(bgr[0] * 0.072169F + bgr[1] * 0.71516F + bgr[2] * 0.212671F, 255.0F), cubeRoot),
-        x(scale(bgr[0] * 0.180423F + bgr[1] * 0.35758F + bgr[2] * 0.412453F, 242.366F), cubeRoot),
-        z(scale(bgr[0] * 0.950227F + bgr[1] * 0.119193F + bgr[2] * 0.019334F, 277.632F), cubeRoot) {}
+      : y(scale(bgr[0] * 0.072169F + bgr[1] * 0.71516F + bgr[2] * 0.212671F, kWhiteY), cubeRoot),
+        x(scale(bgr[0] * 0.180423F + bgr[1] * 0.35758F + bgr[2] * 0.412453F, kWhiteX), cubeRoot),
+        z(scale(bgr[0] * 0.950227F + bgr[1] * 0.119193F + bgr[2] * 0.019334F, kWhiteZ), cubeRoot) {}
 };
 
 constexpr auto kDivided = [](auto sum, Zim32f white) ZIM_LAMBDA { return sum / white; };
