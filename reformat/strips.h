@@ -139,7 +139,6 @@ struct ThreePlanes {
 // luma, or packed, then those of each chroma plane.
 template <class Layout, int Pixels, int Columns, int LumaRows, int ChromaRows>
 struct Strip {
-  static constexpr int pixels = Pixels;
   static constexpr bool hasChromaPlanes = Layout::chromaPlanes == 2;
   static constexpr std::size_t lines = static_cast<std::size_t>(LumaRows + Layout::chromaPlanes * ChromaRows);
   static_assert(!Layout::isPacked || LumaRows == ChromaRows);
@@ -235,12 +234,11 @@ template <class Source, class Destination, Chroma form, int N, class Kernel>
   }
 }
 
-// Cells of a block: 64 pixels, or more where a register of one chroma sample a cell takes more.
-template <class Strip>
-inline constexpr int kCells = std::max(kLanes<Zim8u>, 64 / Strip::pixels);
+// Cells of a block. On SSE2, where a register holds 16 samples, rounds of a loop cost too much for one sample a cell.
+inline constexpr int kCells = std::max(kLanes<Zim8u>, 32);
 
 // So many cells, at least one, in blocks; fewer than a block's apart from the image.
-template <class Source, class Destination, Chroma form, int N = kCells<Source>, class Kernel>
+template <class Source, class Destination, Chroma form, int N = kCells, class Kernel>
 ZIM_INLINE void convertCells(const std::array<const std::byte*, Source::lines>& from,
                              const std::array<std::byte*, Destination::lines>& to, std::ptrdiff_t cells,
                              const Kernel& kernel) {
