@@ -36,12 +36,13 @@ struct Entry {
 
 constexpr const char* kGray = "Gray";
 constexpr const char* kLumaChroma = "Luma and chroma";
+constexpr const char* kChroma = "Chroma layouts";
 constexpr const char* kYCoCg = "YCoCg";
 constexpr const char* kTwist = "Colour twist";
 constexpr const char* kGamma = "Gamma";
 constexpr const char* kToneMapping = "Tone mapping";
 
-// Exports that the library lacks are left out.
+// Exports that the library lacks, or whose source it cannot make, are left out.
 constexpr Entry kEntries[] = {
     {kGray, "zimiRGBToGray_8u_C3C1R", "Luma with the usual weights"},
     {kGray, "zimiColorToGray_8u_C3C1R", "Red alone: the larches glow", "coeffs=1,0,0"},
@@ -55,6 +56,16 @@ constexpr Entry kEntries[] = {
     {kLumaChroma, "zimiYCbCrToRGB_8u_P3C3R", "To YCbCr and back"},
     {kLumaChroma, "zimiYCbCrToBGR_709CSC_8u_P3C3R", "The same planes taken for BT.709: colours shift"},
     {kLumaChroma, "zimiYUVToRGB_8u_C3R", "To YUV and back"},
+
+    {kChroma, "zimiYCbCr420ToYCbCr422_8u_P3R", "4:2:0 to 4:2:2: each row of chroma twice"},
+    {kChroma, "zimiYCbCr420ToYCbCr422_Filter_8u_P3R", "The same with rows in between interpolated"},
+    {kChroma, "zimiYCbCr422ToYCbCr420_8u_P3P2R", "4:2:2 planes to 4:2:0 with pairs of Cb and Cr"},
+    {kChroma, "zimiYCbCr411ToYCbCr420_8u_P3R", "4:1:1 folded into 4:2:0: two rows of chroma in one"},
+    {kChroma, "zimiYCbCr420To1620_8u_P3R", "One chroma sample for 4 x 4 pixels"},
+    {kChroma, "zimiYCbCr420To422_Interlace_8u_P3R", "4:2:0 to 4:2:2, the fields apart"},
+    {kChroma, "zimiYCbCr420ToYCbCr422_Filter_8u_P2C2R", "4:2:0 to packed 4:2:2, luma filtered", "layout=21"},
+    {kChroma, "zimiYCrCb420ToBGR_Filter_8u_P3C4R", "4:2:0 to BGR, chroma averaged between columns", "", Input::photo,
+     8},
 
     {kYCoCg, "zimiRGBToYCoCg_8u_C3P3R", "Y, Co and Cg: brightness, orange against blue, green against purple"},
     {kYCoCg, "zimiBGRToYCoCg_Rev_8u16s_C3P3R", "The reversible form: signed differences around middle gray"},
@@ -123,6 +134,17 @@ std::vector<std::string> wordsOf(const char* text) {
   return {std::istream_iterator<std::string>(stream), {}};
 }
 
+bool canRun(const Entry& entry) {
+  const auto* e = catalogue::find(entry.exportName);
+  if (e == nullptr) return false;
+  try {
+    wayToSource(*e);
+    return true;
+  } catch (const Failure&) {
+    return false;
+  }
+}
+
 // The part in the middle that fills the picture once its pixels are so large.
 Picture enlarged(const Picture& picture, int zoom) {
   Picture part(picture.width, picture.height, picture.channels);
@@ -163,7 +185,7 @@ void demo(const std::string& name) {
 
   std::vector<const Entry*> entries;
   for (const Entry& entry : kEntries) {
-    if (catalogue::find(entry.exportName) != nullptr) entries.push_back(&entry);
+    if (canRun(entry)) entries.push_back(&entry);
   }
   std::vector<Card> cards;
   {
