@@ -3,6 +3,8 @@
 #include <libyuv.h>
 
 #include <array>
+#include <tuple>
+#include <utility>
 
 #include "bench/peers.h"
 
@@ -40,6 +42,30 @@ Prepare job(Decoder decode, const libyuv::YuvConstants& matrix) {
                     to.step[0], &matrix, size.width, size.height) == 0;
     };
   };
+}
+
+// Between as many planes as there are on either side, each passed as a pointer and a step.
+template <std::size_t From, std::size_t To, class... Arguments>
+Prepare planes(int (*convert)(Arguments...)) {
+  return [=](Image& source, Image& destination) -> Call {
+    return [=, from = picture(source, From), to = picture(destination, To), size = source.size()] {
+      const auto arguments = []<std::size_t... i>(const Picture& p, std::index_sequence<i...>) {
+        return std::tuple_cat(std::tuple(p.data[i], p.step[i])...);
+      };
+      return std::apply(convert, std::tuple_cat(arguments(from, std::make_index_sequence<From>()),
+                                                arguments(to, std::make_index_sequence<To>()),
+                                                std::tuple(size.width, size.height))) == 0;
+    };
+  };
+}
+
+// 4:2:0 with chroma interpolated in both directions.
+Prepare interpolatedChroma() {
+  return planes<3, 1>(+[](const Byte* y, int yStep, const Byte* u, int uStep, const Byte* v, int vStep, Byte* argb,
+                          int argbStep, int width, int height) {
+    return libyuv::I420ToARGBMatrixFilter(y, yStep, u, uStep, v, vStep, argb, argbStep, &libyuv::kYuvI601Constants,
+                                          width, height, libyuv::kFilterBilinear);
+  });
 }
 
 // Sepia in units of 1/64, alpha kept.
@@ -82,6 +108,22 @@ const Enter entered([] {
       {"zimiYCbCrToRGB_8u_P3C4R", "I444ToARGB", job(I444ToARGBMatrix, kYuvI601Constants)},
       {"zimiYCbCrToBGR_8u_P3C4R", "I444ToARGB", job(I444ToARGBMatrix, kYuvI601Constants)},
       {"zimiYCbCrToBGR_709CSC_8u_P3C4R", "H444ToARGB", job(I444ToARGBMatrix, kYuvH709Constants)},
+
+      {"zimiYCbCr420_8u_P2P3R", "NV12ToI420", planes<2, 3>(NV12ToI420)},
+      {"zimiYCbCr420_8u_P3P2R", "I420ToNV12", planes<3, 2>(I420ToNV12)},
+      {"zimiYCbCr422_8u_C2P3R", "YUY2ToI422", planes<1, 3>(YUY2ToI422)},
+      {"zimiYCbCr422_8u_P3C2R", "I422ToYUY2", planes<3, 1>(I422ToYUY2)},
+      {"zimiCbYCr422ToYCbCr422_8u_C2P3R", "UYVYToI422", planes<1, 3>(UYVYToI422)},
+      {"zimiYCbCr422ToCbYCr422_8u_P3C2R", "I422ToUYVY", planes<3, 1>(I422ToUYVY)},
+      {"zimiYCbCr422ToYCbCr420_8u_C2P3R", "YUY2ToI420, rows averaged", planes<1, 3>(YUY2ToI420)},
+      {"zimiCbYCr422ToYCbCr420_8u_C2P3R", "UYVYToI420, rows averaged", planes<1, 3>(UYVYToI420)},
+      {"zimiYCbCr422ToYCbCr420_8u_C2P2R", "YUY2ToNV12, rows averaged", planes<1, 2>(YUY2ToNV12)},
+      {"zimiCbYCr422ToYCbCr420_8u_C2P2R", "UYVYToNV12, rows averaged", planes<1, 2>(UYVYToNV12)},
+      {"zimiYCbCr422ToYCbCr420_8u_P3R", "I422ToI420, rows averaged", planes<3, 3>(I422ToI420)},
+      {"zimiYCbCr420ToYCbCr422_8u_P3R", "I420ToI422, rows interpolated", planes<3, 3>(I420ToI422)},
+      {"zimiYCrCb420ToYCbCr422_8u_P3C2R", "I420ToYUY2", planes<3, 1>(I420ToYUY2)},
+      {"zimiYCrCb420ToCbYCr422_8u_P3C2R", "I420ToUYVY", planes<3, 1>(I420ToUYVY)},
+      {"zimiYCrCb420ToBGR_Filter_8u_P3C4R", "I420ToARGB, bilinear both ways", interpolatedChroma()},
 
       {"zimiColorTwist32f_8u_AC4R", "ARGBColorMatrix, 1/64, no offset", colourMatrix()},
       {"zimiColorTwist32f_8u_AC4IR", "ARGBColorMatrix, 1/64, no offset", colourMatrix()},

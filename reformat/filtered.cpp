@@ -221,9 +221,10 @@ ZimResult averagedBgr(const ChromaCall& call, Zim8u aval) {
       // Chroma as it is, and one column further on.
       convertCells<From, BgraStrip, Chroma::apart, kLanes<Zim8u>>(
           {luma, cb, cb + 1, cr, cr + 1}, {to}, last, [&](const auto& in) ZIM_LAMBDA {
-            const auto& [own, next] = in.chroma;
-            const auto chroma =
-                perChannel<2>([&](auto c) ZIM_LAMBDA { return zip(own[c], averageUp(own[c], next[c])); });
+            const auto chroma = perChannel<2>([&](auto c) ZIM_LAMBDA {
+              const auto own = in.chroma[0][c], next = in.chroma[1][c];
+              return zip(own, averageUp(own, next));
+            });
             return applyKernel<Zim8u>(decode, std::array{in.luma[0], chroma[0], chroma[1]});
           });
     }
