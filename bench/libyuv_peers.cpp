@@ -3,6 +3,8 @@
 #include <libyuv.h>
 
 #include <array>
+#include <tuple>
+#include <utility>
 
 #include "bench/peers.h"
 
@@ -42,23 +44,28 @@ Prepare job(Decoder decode, const libyuv::YuvConstants& matrix) {
   };
 }
 
-// Decoders with a matrix of their own.
-Prepare job(int (*decode)(const Byte*, int, const Byte*, int, const Byte*, int, Byte*, int, int, int)) {
+// Between as many planes as there are on either side, each passed as a pointer and a step.
+template <std::size_t From, std::size_t To, class... Arguments>
+Prepare planes(int (*convert)(Arguments...)) {
   return [=](Image& source, Image& destination) -> Call {
-    return [=, from = picture(source, 3), to = picture(destination, 1), size = source.size()] {
-      return decode(from.data[0], from.step[0], from.data[1], from.step[1], from.data[2], from.step[2], to.data[0],
-                    to.step[0], size.width, size.height) == 0;
+    return [=, from = picture(source, From), to = picture(destination, To), size = source.size()] {
+      const auto arguments = []<std::size_t... i>(const Picture& p, std::index_sequence<i...>) {
+        return std::tuple_cat(std::tuple(p.data[i], p.step[i])...);
+      };
+      return std::apply(convert, std::tuple_cat(arguments(from, std::make_index_sequence<From>()),
+                                                arguments(to, std::make_index_sequence<To>()),
+                                                std::tuple(size.width, size.height))) == 0;
     };
   };
 }
 
-Prepare job(int (*decode)(const Byte*, int, const Byte*, int, Byte*, int, int, int)) {
-  return [=](Image& source, Image& destination) -> Call {
-    return [=, from = picture(source, 2), to = picture(destination, 1), size = source.size()] {
-      return decode(from.data[0], from.step[0], from.data[1], from.step[1], to.data[0], to.step[0], size.width,
-                    size.height) == 0;
-    };
-  };
+// 4:2:0 with chroma interpolated in both directions.
+Prepare interpolatedChroma() {
+  return planes<3, 1>(+[](const Byte* y, int yStep, const Byte* u, int uStep, const Byte* v, int vStep, Byte* argb,
+                          int argbStep, int width, int height) {
+    return libyuv::I420ToARGBMatrixFilter(y, yStep, u, uStep, v, vStep, argb, argbStep, &libyuv::kYuvI601Constants,
+                                          width, height, libyuv::kFilterBilinear);
+  });
 }
 
 // A null pattern selects libyuv's own.
@@ -112,23 +119,39 @@ const Enter entered([] {
       {"zimiYCbCrToBGR_8u_P3C4R", "I444ToARGB", job(I444ToARGBMatrix, kYuvI601Constants)},
       {"zimiYCbCrToBGR_709CSC_8u_P3C4R", "H444ToARGB", job(I444ToARGBMatrix, kYuvH709Constants)},
 
-      {"zimiYCbCr420ToRGB_8u_P3C3R", "I420ToRAW", job(I420ToRAW)},
+      {"zimiYCbCr420ToRGB_8u_P3C3R", "I420ToRAW", planes<3, 1>(I420ToRAW)},
       {"zimiYCbCr420ToBGR_8u_P3C3R", "I420ToRGB24", job(I420ToRGB24Matrix, kYuvI601Constants)},
       {"zimiYCbCr420ToBGR_709CSC_8u_P3C3R", "H420ToRGB24", job(I420ToRGB24Matrix, kYuvH709Constants)},
       {"zimiYUV420ToBGR_8u_P3C3R", "J420ToRGB24", job(I420ToRGB24Matrix, kYuvJPEGConstants)},
       {"zimiYCbCr420ToBGR_8u_P3C4R", "I420ToARGB", job(I420ToARGBMatrix, kYuvI601Constants)},
       {"zimiYCbCr420ToBGR_709HDTV_8u_P3C4R", "F420ToARGB", job(I420ToARGBMatrix, kYuvF709Constants)},
-      {"zimiYCbCr420ToRGB_8u_P2C3R", "NV12ToRAW", job(NV12ToRAW)},
-      {"zimiYCbCr420ToRGB_8u_P2C4R", "NV12ToARGB", job(NV12ToARGB)},
+      {"zimiYCbCr420ToRGB_8u_P2C3R", "NV12ToRAW", planes<2, 1>(NV12ToRAW)},
+      {"zimiYCbCr420ToRGB_8u_P2C4R", "NV12ToARGB", planes<2, 1>(NV12ToARGB)},
       {"zimiYCbCr422ToRGB_8u_P3C3R", "I422ToRGB24", job(I422ToRGB24Matrix, kYuvI601Constants)},
       {"zimiYUV422ToRGB_8u_P3AC4R", "J422ToARGB", job(I422ToARGBMatrix, kYuvJPEGConstants)},
       {"zimiCbYCr422ToBGR_8u_C2C4R", "UYVYToARGB", job(UYVYToARGB)},
       {"zimiYCbCr422ToBGR_8u_C2C4R", "YUY2ToARGB", job(YUY2ToARGB)},
-      {"zimiYCbCr420ToBGR565_8u16u_P3C3R", "I420ToRGB565", job(I420ToRGB565)},
-      {"zimiYCbCr420ToBGR555_8u16u_P3C3R", "I420ToARGB1555", job(I420ToARGB1555)},
-      {"zimiYCbCr420ToBGR444_8u16u_P3C3R", "I420ToARGB4444", job(I420ToARGB4444)},
-      {"zimiYCbCr422ToBGR565_8u16u_P3C3R", "I422ToRGB565", job(I422ToRGB565)},
+      {"zimiYCbCr420ToBGR565_8u16u_P3C3R", "I420ToRGB565", planes<3, 1>(I420ToRGB565)},
+      {"zimiYCbCr420ToBGR555_8u16u_P3C3R", "I420ToARGB1555", planes<3, 1>(I420ToARGB1555)},
+      {"zimiYCbCr420ToBGR444_8u16u_P3C3R", "I420ToARGB4444", planes<3, 1>(I420ToARGB4444)},
+      {"zimiYCbCr422ToBGR565_8u16u_P3C3R", "I422ToRGB565", planes<3, 1>(I422ToRGB565)},
       {"zimiYCbCr420ToBGR565Dither_8u16u_P3C3R", "I420ToRGB565Dither", ditherJob()},
+
+      {"zimiYCbCr420_8u_P2P3R", "NV12ToI420", planes<2, 3>(NV12ToI420)},
+      {"zimiYCbCr420_8u_P3P2R", "I420ToNV12", planes<3, 2>(I420ToNV12)},
+      {"zimiYCbCr422_8u_C2P3R", "YUY2ToI422", planes<1, 3>(YUY2ToI422)},
+      {"zimiYCbCr422_8u_P3C2R", "I422ToYUY2", planes<3, 1>(I422ToYUY2)},
+      {"zimiCbYCr422ToYCbCr422_8u_C2P3R", "UYVYToI422", planes<1, 3>(UYVYToI422)},
+      {"zimiYCbCr422ToCbYCr422_8u_P3C2R", "I422ToUYVY", planes<3, 1>(I422ToUYVY)},
+      {"zimiYCbCr422ToYCbCr420_8u_C2P3R", "YUY2ToI420, rows averaged", planes<1, 3>(YUY2ToI420)},
+      {"zimiCbYCr422ToYCbCr420_8u_C2P3R", "UYVYToI420, rows averaged", planes<1, 3>(UYVYToI420)},
+      {"zimiYCbCr422ToYCbCr420_8u_C2P2R", "YUY2ToNV12, rows averaged", planes<1, 2>(YUY2ToNV12)},
+      {"zimiCbYCr422ToYCbCr420_8u_C2P2R", "UYVYToNV12, rows averaged", planes<1, 2>(UYVYToNV12)},
+      {"zimiYCbCr422ToYCbCr420_8u_P3R", "I422ToI420, rows averaged", planes<3, 3>(I422ToI420)},
+      {"zimiYCbCr420ToYCbCr422_8u_P3R", "I420ToI422, rows interpolated", planes<3, 3>(I420ToI422)},
+      {"zimiYCrCb420ToYCbCr422_8u_P3C2R", "I420ToYUY2", planes<3, 1>(I420ToYUY2)},
+      {"zimiYCrCb420ToCbYCr422_8u_P3C2R", "I420ToUYVY", planes<3, 1>(I420ToUYVY)},
+      {"zimiYCrCb420ToBGR_Filter_8u_P3C4R", "I420ToARGB, bilinear both ways", interpolatedChroma()},
 
       {"zimiColorTwist32f_8u_AC4R", "ARGBColorMatrix, 1/64, no offset", colourMatrix()},
       {"zimiColorTwist32f_8u_AC4IR", "ARGBColorMatrix, 1/64, no offset", colourMatrix()},

@@ -39,6 +39,11 @@ zimg_image_format gray(zimg_pixel_type_e type) { return format(type, ZIMG_COLOR_
 zimg_image_format yCbCr(zimg_pixel_type_e type) {
   return format(type, ZIMG_COLOR_YUV, ZIMG_MATRIX_ST170_M, ZIMG_RANGE_LIMITED);
 }
+zimg_image_format subsampled(zimg_image_format f, unsigned across, unsigned down) {
+  f.subsample_w = across;
+  f.subsample_h = down;
+  return f;
+}
 zimg_image_format yuv(zimg_pixel_type_e type) { return format(type, ZIMG_COLOR_YUV, ZIMG_MATRIX_ST170_M); }
 zimg_image_format yCgCo(zimg_pixel_type_e type) { return format(type, ZIMG_COLOR_YUV, ZIMG_MATRIX_YCGCO); }
 
@@ -108,6 +113,9 @@ const Enter entered([] {
       {"zimiRGBToYUV_8u_C3P3R", kYuv, rgb(k8u), yuv(k8u)},
       {"zimiRGBToYUV_8u_P3R", kYuv, rgb(k8u), yuv(k8u)},
       {"zimiYUVToRGB_8u_P3R", kYuv, yuv(k8u), rgb(k8u)},
+
+      {"zimiYCbCr420ToYCbCr422_Filter_8u_P3R", "bicubic rows of chroma", subsampled(yCbCr(k8u), 1, 1),
+       subsampled(yCbCr(k8u), 1, 0)},
 
       {"zimiRGBToYCoCg_8u_C3P3R", kYCgCo, rgb(k8u), yCgCo(k8u)},
       {"zimiYCoCgToRGB_8u_P3C3R", kYCgCo, yCgCo(k8u), rgb(k8u)},

@@ -118,8 +118,8 @@ ZimResult slicesPacked(const ChromaCall& call, Zim32s layout) {
 
 // Three planes at the same grid. A whole image is rounded up, slices are not.
 ZimResult slicesPlanar(const ChromaCall& call, Zim32s layout) {
-  using LumaFrom = Strip<TwoPlanes, 1, 1, 3, 0>;
-  using LumaTo = Strip<ThreePlanes, 1, 1, 1, 0>;
+  using LumaFrom = Strip<TwoPlanes, 2, 1, 3, 0>;
+  using LumaTo = Strip<ThreePlanes, 2, 1, 1, 0>;
   using ChromaFrom = Strip<TwoPlanes, 2, 1, 0, 2>;
   using ChromaTo = Strip<ThreePlanes, 2, 1, 0, 1>;
   const auto slice = Slice::of(layout, call.roiSize.height & ~1);
@@ -129,7 +129,7 @@ ZimResult slicesPlanar(const ChromaCall& call, Zim32s layout) {
   const LowPass kernel = {slice->isWhole(), slice->isWhole() && !slice->isSinglePair()};
   for (std::ptrdiff_t row = slice->first; row < slice->end; ++row) {
     convertCells<LumaFrom, LumaTo, Chroma::paired>(linesAround<LumaFrom>(*slice, source, row, 0),
-                                                   LumaTo::at(destination, row, 0), call.roiSize.width & ~1, kernel);
+                                                   LumaTo::at(destination, row, 0), call.roiSize.width / 2, kernel);
   }
   // Each plane of chroma goes on by the other one's step, but in a top slice.
   const std::ptrdiff_t firstPair = slice->first / 2;
@@ -151,18 +151,25 @@ ZimResult slicesPlanar(const ChromaCall& call, Zim32s layout) {
 // The row between the second and the third of four, (9 (a + b) - p - n + 8) >> 4, within [-31, 286] before it is
 // limited to a byte.
 struct FourTap : Between<Grid420, Grid422, 4> {
-  template <class Row>
-  ZIM_INLINE Row operator()(const std::array<Row, 4>& rows) const {
-    const auto& [p, a, b, n] = rows;
-    return perByte(between, p, a, b, n);
+  template <int N>
+  ZIM_INLINE Pixels<Zim8u, N, 2> operator()(const std::array<Pixels<Zim8u, N, 2>, 4>& rows) const {
+    return perChannel<2>(
+        [&](auto c) ZIM_LAMBDA { return between([&](std::size_t r) ZIM_LAMBDA { return widen(rows[r][c]); }); });
+  }
+  // Pairs come apart in the step to 16 bits.
+  template <int N>
+  ZIM_INLINE Pixels<Zim8u, N, 2> operator()(const std::array<Pixels<Zim16u, N, 1>, 4>& rows) const {
+    const auto cb = [&](std::size_t r) ZIM_LAMBDA { return bitsAs<Zim16s>(rows[r][0] & Lane<Zim16u, N>(255)); };
+    const auto cr = [&](std::size_t r) ZIM_LAMBDA { return bitsAs<Zim16s>(rows[r][0] >> 8); };
+    return {between(cb), between(cr)};
   }
 
  private:
-  static constexpr auto between = []<int N>(Lane<Zim8u, N> p, Lane<Zim8u, N> a, Lane<Zim8u, N> b,
-                                            Lane<Zim8u, N> n) ZIM_LAMBDA {
-    const auto inner = widen(a) + widen(b), outer = widen(p) + widen(n);
-    return narrow<Zim8u>((inner * Lane<Zim16s, N>(9) - outer + Lane<Zim16s, N>(8)) >> 4);
-  };
+  template <class Row>
+  ZIM_INLINE static auto between(const Row& row) {
+    const auto inner = row(1) + row(2), outer = row(0) + row(3);
+    return narrow<Zim8u>((inner * Zim16s{9} - outer + Zim16s{8}) >> 4);
+  }
 };
 
 enum class Planes { asTheyAre, exchanged };
@@ -214,9 +221,10 @@ ZimResult averagedBgr(const ChromaCall& call, Zim8u aval) {
       // Chroma as it is, and one column further on.
       convertCells<From, BgraStrip, Chroma::apart, kLanes<Zim8u>>(
           {luma, cb, cb + 1, cr, cr + 1}, {to}, last, [&](const auto& in) ZIM_LAMBDA {
-            const auto& [own, next] = in.chroma;
-            const auto chroma =
-                perChannel<2>([&](auto c) ZIM_LAMBDA { return zip(own[c], averageUp(own[c], next[c])); });
+            const auto chroma = perChannel<2>([&](auto c) ZIM_LAMBDA {
+              const auto own = in.chroma[0][c], next = in.chroma[1][c];
+              return zip(own, averageUp(own, next));
+            });
             return applyKernel<Zim8u>(decode, std::array{in.luma[0], chroma[0], chroma[1]});
           });
     }

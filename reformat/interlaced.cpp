@@ -37,7 +37,7 @@ struct Frame {
       if constexpr (Source::isPacked) {
         for (std::ptrdiff_t r = row; r < row + 4; ++r) {
           using From = Strip<Source, 2, 1, 1, 1>;
-          using To = Strip<Destination, 2, 0, 1, 0>;
+          using To = Strip<Destination, 2, 1, 1, 0>;
           convertCells<From, To, Chroma::paired>(From::at(source, r, r), To::at(destination, r, 0), width / 2,
                                                  LumaAlone{});
         }

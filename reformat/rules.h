@@ -129,7 +129,7 @@ void convertByRule(const SourceImage& source, const DestinationImage& destinatio
         convertCells<FromStrip, ToStrip, form>(from, ToStrip::at(destination, y, y / To::down), cells,
                                                WithLuma<Rule>{});
       } else {
-        using LumaStrip = Strip<Destination, Rule::across, 0, 1, 0>;
+        using LumaStrip = Strip<Destination, Rule::across, 1, 1, 0>;
         if constexpr (!Destination::isPacked) {
           convertCells<FromStrip, LumaStrip, form>(from, LumaStrip::at(destination, y, 0), cells, LumaAlone{});
         }

@@ -137,16 +137,15 @@ struct ThreePlanes {
 
 // A strip of a layout, whose cells have so many pixels and columns of chroma. Its lines are rows of memory: those of
 // luma, or packed, then those of each chroma plane.
-template <class Layout, int Pixels, int Columns, int LumaRows, int ChromaRows>
+template <class Layout, int CellPixels, int CellColumns, int LumaRows, int ChromaRows>
 struct Strip {
-  static constexpr int pixels = Pixels;
   static constexpr bool hasChromaPlanes = Layout::chromaPlanes == 2;
   static constexpr std::size_t lines = static_cast<std::size_t>(LumaRows + Layout::chromaPlanes * ChromaRows);
   static_assert(!Layout::isPacked || LumaRows == ChromaRows);
 
   static constexpr std::ptrdiff_t bytesPerCell(std::size_t line) {
-    if (line < LumaRows) return Layout::isPacked ? 2 * Pixels : Pixels;
-    return Layout::chromaPlanes == 1 ? 2 * Columns : Columns;
+    if (line < LumaRows) return Layout::isPacked ? 2 * CellPixels : CellPixels;
+    return Layout::chromaPlanes == 1 ? 2 * CellColumns : CellColumns;
   }
 
   // The lines of an image, by the functions that tell the image's rows from those of the strip.
@@ -178,19 +177,20 @@ struct Strip {
     if constexpr (Layout::isPacked) {
       constexpr std::size_t y = Layout::lumaFirst ? 0 : 1;
       const auto parts = perRow<LumaRows>(
-          [&](auto r) ZIM_LAMBDA { return unzip(bytes(r, std::integral_constant<int, 2 * N * Pixels>())); });
+          [&](auto r) ZIM_LAMBDA { return unzip(bytes(r, std::integral_constant<int, 2 * N * CellPixels>())); });
       return Content{perRow<LumaRows>([&](auto r) ZIM_LAMBDA { return parts[r][y]; }),
                      perRow<LumaRows>([&](auto r) ZIM_LAMBDA { return fromPairs<form>(parts[r][1 - y]); })};
     } else {
       return Content{
-          perRow<LumaRows>([&](auto r) ZIM_LAMBDA { return bytes(r, std::integral_constant<int, N * Pixels>()); }),
+          perRow<LumaRows>([&](auto r) ZIM_LAMBDA { return bytes(r, std::integral_constant<int, N * CellPixels>()); }),
           perRow<ChromaRows>([&](auto r) ZIM_LAMBDA {
-            constexpr std::integral_constant<int, N * Columns> columns;
             if constexpr (hasChromaPlanes) {
               static_assert(form == Chroma::apart);
-              return perChannel<2>([&](auto c) ZIM_LAMBDA { return bytes(LumaRows + c * ChromaRows + r, columns); });
+              return perChannel<2>([&](auto c) ZIM_LAMBDA {
+                return bytes(LumaRows + c * ChromaRows + r, std::integral_constant<int, N * CellColumns>());
+              });
             } else {
-              return fromPairs<form>(bytes(LumaRows + r, std::integral_constant<int, 2 * columns>()));
+              return fromPairs<form>(bytes(LumaRows + r, std::integral_constant<int, 2 * N * CellColumns>()));
             }
           })};
     }
@@ -235,20 +235,15 @@ template <class Source, class Destination, Chroma form, int N, class Kernel>
   }
 }
 
-// Cells of a block: 64 pixels, or more where a register of one chroma sample a cell takes more.
-template <class Strip>
-inline constexpr int kCells = std::max(kLanes<Zim8u>, 64 / Strip::pixels);
+// Cells of a block. On SSE2, where a register holds 16 samples, rounds of a loop cost too much for one sample a cell.
+inline constexpr int kCells = std::max(kLanes<Zim8u>, 32);
 
-// So many cells, at least one, in blocks; fewer than a block's apart from the image.
-template <class Source, class Destination, Chroma form, int N = kCells<Source>, class Kernel>
-ZIM_INLINE void convertCells(const std::array<const std::byte*, Source::lines>& from,
-                             const std::array<std::byte*, Destination::lines>& to, std::ptrdiff_t cells,
-                             const Kernel& kernel) {
-  if (cells >= N) {
-    convertBlocks<Source, Destination, form, N>(from, to, cells, kernel);
-    return;
-  }
-  // Cells of luma and packed chroma have at most 8 bytes.
+// Fewer cells than a block has, by a block apart from the image.
+template <class Source, class Destination, Chroma form, int N, class Kernel>
+[[gnu::noinline]] void convertFewCells(const std::array<const std::byte*, Source::lines>& from,
+                                       const std::array<std::byte*, Destination::lines>& to, std::ptrdiff_t cells,
+                                       const Kernel& kernel) {
+  // No line has more than 8 bytes a cell.
   std::byte sourceBytes[Source::lines][8 * N] = {}, destinationBytes[Destination::lines][8 * N];
   std::array<const std::byte*, Source::lines> source;
   std::array<std::byte*, Destination::lines> destination;
@@ -261,6 +256,18 @@ ZIM_INLINE void convertCells(const std::array<const std::byte*, Source::lines>& 
   convertBlocks<Source, Destination, form, N>(source, destination, N, kernel);
   for (std::size_t i = 0; i < Destination::lines; ++i) {
     std::memcpy(to[i], destinationBytes[i], bytes(Destination::bytesPerCell(i)));
+  }
+}
+
+// So many cells of a strip, at least one.
+template <class Source, class Destination, Chroma form, int N = kCells, class Kernel>
+ZIM_INLINE void convertCells(const std::array<const std::byte*, Source::lines>& from,
+                             const std::array<std::byte*, Destination::lines>& to, std::ptrdiff_t cells,
+                             const Kernel& kernel) {
+  if (cells >= N) {
+    convertBlocks<Source, Destination, form, N>(from, to, cells, kernel);
+  } else {
+    convertFewCells<Source, Destination, form, N>(from, to, cells, kernel);
   }
 }
 

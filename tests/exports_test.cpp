@@ -242,8 +242,12 @@ Side oneRowEach(Side side) {
 }
 
 TEST_P(EachWithAnyStep, ZeroStep) {
-  constexpr const char* kRowsDiffer[] = {"zimi*Dither_*", "zimi*_Filter_*", "zimi@(CFAToRGB|DemosaicAHD)_*",
-                                         "zimiReduceBits_*"};
+  constexpr const char* kRowsDiffer[] = {"zimi*Dither_*",
+                                         "zimi*_Filter_*",
+                                         "zimi@(CFAToRGB|DemosaicAHD)_*",
+                                         "zimiReduceBits_*",
+                                         "zimiY@(CbCr|CrCb)420ToYCbCr411_*",
+                                         "zimiYCbCr1620To420_*"};
   const ZimiSize size = goodSize(e, {37, 4});
   const Reference reference = Reference::ofEqualRows(e, size, call);
   for (const bool destinationToo : {false, true}) {

@@ -8,10 +8,12 @@
 #include <random>
 #include <vector>
 
+#include "frame/lanes/averages.h"
 #include "frame/lanes/convert.h"
 #include "frame/lanes/fixed_point.h"
 #include "frame/lanes/lookup.h"
 #include "frame/lanes/memory.h"
+#include "frame/lanes/zip.h"
 #include "tone/power_curve.h"
 
 namespace zim {
@@ -186,6 +188,56 @@ TYPED_TEST(LanesOf, InterleavedChannels) {
   expectChannelsInOrder<T, 2 * kLanes<T>, 3>();
   expectChannelsInOrder<T, 2 * kLanes<T>, 4>();
 }
+
+// Two channels within registers: zipped, they are in memory as if they were stored interleaved.
+template <class T, int N>
+void expectZipped() {
+  const auto a = samples<T>(5), b = samples<T>(6);
+  T zipped[2 * N];
+  const auto lanes = zip(loadLanes<T, N>(a.data()), loadLanes<T, N>(b.data()));
+  storeLanes<T, 2 * N>(zipped, lanes);
+  const auto unzipped = unzip(lanes);
+  T even[N], odd[N];
+  storeLanes<T, N>(even, unzipped[0]);
+  storeLanes<T, N>(odd, unzipped[1]);
+  for (std::size_t i = 0; i < N; ++i) {
+    ASSERT_TRUE(same(zipped[2 * i], a[i]) && same(zipped[2 * i + 1], b[i]));
+    ASSERT_TRUE(same(even[i], a[i]) && same(odd[i], b[i]));
+  }
+}
+
+TYPED_TEST(LanesOf, ZipAndUnzip) {
+  using T = TypeParam;
+  expectZipped<T, kLanes<T>>();
+  expectZipped<T, 2 * kLanes<T>>();
+  expectZipped<T, 4 * kLanes<T>>();
+}
+
+// Four operands made of two: the first two of all values, the others away from them.
+#define EXPECT_AVERAGE(name, lanes, plain)                                                           \
+  expectSameInAllForms<Zim8u, Zim8u>(                                                                \
+      name,                                                                                          \
+      [](auto a, auto b) {                                                                           \
+        [[maybe_unused]] const auto c = a - b, d = a ^ (b + b);                                      \
+        return lanes;                                                                                \
+      },                                                                                             \
+      [](Zim8u a, Zim8u b) {                                                                         \
+        [[maybe_unused]] const int c = static_cast<Zim8u>(a - b), d = static_cast<Zim8u>(a ^ 2 * b); \
+        return static_cast<Zim8u>(plain);                                                            \
+      })
+
+TEST(Averages, OfBytes) {
+  EXPECT_AVERAGE("averageUp", (averageUp(a, b)), (a + b + 1) >> 1);
+  EXPECT_AVERAGE("averageDown", (averageDown(a, b)), (a + b) >> 1);
+  EXPECT_AVERAGE("averageUp of four", averageUp(a, b, c, d), (a + b + c + d + 2) >> 2);
+  EXPECT_AVERAGE("averageDown of four", averageDown(a, b, c, d), (a + b + c + d) >> 2);
+  EXPECT_AVERAGE("3 : 1", (blend<3, 2>(a, b)), (3 * a + b + 2) >> 2);
+  EXPECT_AVERAGE("1 : 3", (blend<1, 2>(a, b)), (a + 3 * b + 2) >> 2);
+  EXPECT_AVERAGE("5 : 3", (blend<5, 3>(a, b)), (5 * a + 3 * b + 4) >> 3);
+  EXPECT_AVERAGE("7 : 1", (blend<7, 3>(a, b)), (7 * a + b + 4) >> 3);
+  EXPECT_AVERAGE("addSaturated", (addSaturated(a, b)), std::min(a + b, 255));
+}
+#undef EXPECT_AVERAGE
 
 template <class To, class T>
 void expectNarrowing() {

@@ -44,6 +44,7 @@ constexpr const char* kLuvLab = "LUV and Lab";
 constexpr const char* kLumaChroma = "Luma and chroma";
 constexpr const char* kShared = "Shared chroma";
 constexpr const char* kPacked = "Packed 16-bit pixels";
+constexpr const char* kChroma = "Chroma layouts";
 constexpr const char* kYCoCg = "YCoCg";
 constexpr const char* kTwist = "Colour twist";
 constexpr const char* kGamma = "Gamma";
@@ -51,7 +52,6 @@ constexpr const char* kToneMapping = "Tone mapping";
 constexpr const char* kDemosaicing = "Raw sensor demosaicing";
 constexpr const char* kBitDepth = "Bit depth";
 
-// Exports that the library lacks are left out.
 constexpr Entry kEntries[] = {
     {kGray, "zimiRGBToGray_8u_C3C1R", "Luma with the usual weights"},
     {kGray, "zimiColorToGray_8u_C3C1R", "Red alone: the larches glow", "coeffs=1,0,0"},
@@ -98,6 +98,16 @@ constexpr Entry kEntries[] = {
     {kPacked, "zimiYCbCr420ToRGB565Dither_8u16u_P3C3R", "With ordered dither", "", Input::photo, 4},
     {kPacked, "zimiYCbCrToRGB444_8u16u_C3R", "Cut to 4 bits each", "", Input::photo, 4},
     {kPacked, "zimiYCbCrToRGB444Dither_8u16u_C3R", "With ordered dither", "", Input::photo, 4},
+
+    {kChroma, "zimiYCbCr420ToYCbCr422_8u_P3R", "4:2:0 to 4:2:2: each row of chroma twice"},
+    {kChroma, "zimiYCbCr420ToYCbCr422_Filter_8u_P3R", "The same with rows in between interpolated"},
+    {kChroma, "zimiYCbCr422ToYCbCr420_8u_P3P2R", "4:2:2 planes to 4:2:0 with pairs of Cb and Cr"},
+    {kChroma, "zimiYCbCr411ToYCbCr420_8u_P3R", "4:1:1 folded into 4:2:0: two rows of chroma in one"},
+    {kChroma, "zimiYCbCr420To1620_8u_P3R", "One chroma sample for 4 x 4 pixels"},
+    {kChroma, "zimiYCbCr420To422_Interlace_8u_P3R", "4:2:0 to 4:2:2, the fields apart"},
+    {kChroma, "zimiYCbCr420ToYCbCr422_Filter_8u_P2C2R", "4:2:0 to packed 4:2:2, luma filtered", "layout=21"},
+    {kChroma, "zimiYCrCb420ToBGR_Filter_8u_P3C4R", "4:2:0 to BGR, chroma averaged between columns", "", Input::photo,
+     8},
 
     {kYCoCg, "zimiRGBToYCoCg_8u_C3P3R", "Y, Co and Cg: brightness, orange against blue, green against purple"},
     {kYCoCg, "zimiBGRToYCoCg_Rev_8u16s_C3P3R", "The reversible form: signed differences around middle gray"},
@@ -260,22 +270,16 @@ void demo(const std::string& name) {
   const Picture scene = highRange(original), mosaic = mosaicOf(original, zimBayerGridRGGB);
   writePng(folder / "photo.png", original);
 
-  std::vector<const Entry*> entries;
-  for (const Entry& entry : kEntries) {
-    if (*entry.exportName == '\0' || catalogue::find(entry.exportName) != nullptr) entries.push_back(&entry);
-  }
   std::vector<Card> cards;
   {
-    Progress progress(entries.size());
-    for (const Entry* entry : entries) {
-      progress.next(entry->exportName);
+    Progress progress(std::size(kEntries));
+    for (const Entry& entry : kEntries) {
+      progress.next(entry.exportName);
       char file[16];
       std::snprintf(file, sizeof file, "%02zu.png", cards.size() + 1);
-      const Picture& input = entry->input == Input::photo       ? original
-                             : entry->input == Input::highRange ? scene
-                                                                : mosaic;
-      cards.push_back(*entry->exportName == '\0' ? cardOf(*entry, input, folder, file)
-                                                 : make(*entry, input, original, folder, file));
+      const Picture& input = entry.input == Input::photo ? original : entry.input == Input::highRange ? scene : mosaic;
+      cards.push_back(*entry.exportName == '\0' ? cardOf(entry, input, folder, file)
+                                                : make(entry, input, original, folder, file));
     }
   }
 
