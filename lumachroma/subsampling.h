@@ -30,15 +30,17 @@ ZIM_INLINE Pixels<Zim16s, N, 3> loadWoven(Position<const std::byte, Layout::plan
 template <class SourceLayout>
 struct Rgb {
   using Layout = SourceLayout;
+  static constexpr bool reversed = false;
 
   template <class Lanes>
   ZIM_INLINE static std::array<Lanes, 3> colours(const std::array<Lanes, 3>& pixels) {
-    return pixels;
+    return {pixels[0], pixels[1], pixels[2]};
   }
 };
 template <class SourceLayout>
 struct Bgr {
   using Layout = SourceLayout;
+  static constexpr bool reversed = true;
 
   template <class Lanes>
   ZIM_INLINE static std::array<Lanes, 3> colours(const std::array<Lanes, 3>& pixels) {
@@ -88,16 +90,13 @@ struct Packed {
 
   template <int N>
   ZIM_INLINE void store(std::ptrdiff_t x, const Code<N, 1, 2>& code) const {
-    const auto [even, odd] = code.luma[0].v;
     const auto& [cb, cr] = code.chroma;
-    const auto both = [](auto low, auto high) ZIM_LAMBDA { return bitsAs<Zim16u>(low | (high << 8)); };
+    const auto pairs = bitsAs<Zim8u>(order == Stream::YCrYCb ? cr | (cb << 8) : cb | (cr << 8));
     std::byte* const to = samples + 2 * x;
-    if constexpr (order == Stream::YCbYCr) {
-      zim::store<Zim16u, N / 2, 2>(to, {both(even, cb), both(odd, cr)});
-    } else if constexpr (order == Stream::YCrYCb) {
-      zim::store<Zim16u, N / 2, 2>(to, {both(even, cr), both(odd, cb)});
+    if constexpr (order == Stream::CbYCrY) {
+      zim::store<Zim8u, N, 2>(to, {pairs, code.luma[0]});
     } else {
-      zim::store<Zim16u, N / 2, 2>(to, {both(cb, even), both(cr, odd)});
+      zim::store<Zim8u, N, 2>(to, {code.luma[0], pairs});
     }
   }
   void copy(std::ptrdiff_t x, const Packed& from, std::ptrdiff_t pixels) const {
@@ -132,7 +131,7 @@ struct Planes {
 
   template <int N>
   ZIM_INLINE void store(std::ptrdiff_t x, const Code<N, rows, across>& code) const {
-    forChannels<rows>([&](auto row) ZIM_LAMBDA { zim::store<Zim8u, N, 1>(luma[row] + x, {unwoven(code.luma[row])}); });
+    forChannels<rows>([&](auto row) ZIM_LAMBDA { zim::store<Zim8u, N, 1>(luma[row] + x, {code.luma[row]}); });
     storeBytes(cb + x / across, code.chroma[0], cr + x / across, code.chroma[1]);
   }
   void copy(std::ptrdiff_t x, const Planes& from, std::ptrdiff_t pixels) const {
@@ -203,7 +202,7 @@ struct SemiPlanar {
 
   template <int N>
   ZIM_INLINE void store(std::ptrdiff_t x, const Code<N, 2, 2>& code) const {
-    forChannels<2>([&](auto row) ZIM_LAMBDA { zim::store<Zim8u, N, 1>(luma[row] + x, {unwoven(code.luma[row])}); });
+    forChannels<2>([&](auto row) ZIM_LAMBDA { zim::store<Zim8u, N, 1>(luma[row] + x, {code.luma[row]}); });
     zim::store<Zim16s, N / 2, 1>(chroma + x, {code.chroma[0] | (code.chroma[1] << 8)});
   }
   void copy(std::ptrdiff_t x, const SemiPlanar& from, std::ptrdiff_t pixels) const {
@@ -214,8 +213,28 @@ struct SemiPlanar {
 
 // ---- The walk ----
 
-template <class Source, int rows>
+inline constexpr bool kPackC3 = kHalves > 1;
+
+template <class Source, std::size_t rows>
 using SourceRows = std::array<Position<const std::byte, Source::Layout::planes>, rows>;
+
+// N pixels of each row, through the coder. Interleaved bytes stay packed if the coder has a form for them; with three
+// samples that takes a shuffle of bytes.
+template <class Source, int N, class GroupCoder, std::size_t rows>
+ZIM_INLINE auto encodeBlock(GroupCoder& coder, const SourceRows<Source, rows>& from, std::ptrdiff_t x) {
+  using Layout = typename Source::Layout;
+  const auto at = [&](std::size_t row) ZIM_LAMBDA { return from[row].at(x * Layout::pixelBytes); };
+  constexpr bool isPacked = std::is_same_v<Layout, AC4<Zim8u>> || (std::is_same_v<Layout, C3<Zim8u>> && kPackC3);
+  if constexpr (isPacked && requires(std::array<PackedBlock<N>, rows> block) {
+                  GroupCoder::template packed<Source::reversed, N>(block);
+                }) {
+    return GroupCoder::template packed<Source::reversed, N>(perChannel<rows>(
+        [&](auto row) ZIM_LAMBDA { return loadPackedBlock<Layout::pixelBytes, N>(at(row).plane[0]); }));
+  } else {
+    return coder.template operator()<N>(
+        perChannel<rows>([&](auto row) ZIM_LAMBDA { return Source::colours(loadWoven<Layout, N>(at(row))); }));
+  }
+}
 
 // So many pixels of whole groups, of every row of the groups. The coder may carry something from block to block.
 template <class Source, class Target, class GroupCoder>
@@ -242,10 +261,7 @@ template <class Source, class Target, class GroupCoder>
     }
     const std::ptrdiff_t last = round == 0 ? end : block;
     for (; x < last; x += block) {
-      const auto rgb = perChannel<rows>([&](auto row) ZIM_LAMBDA {
-        return Source::colours(loadWoven<Layout, block>(from[row].at(x * Layout::pixelBytes)));
-      });
-      to.template store<block>(x, coder.template operator()<block>(rgb));
+      to.template store<block>(x, encodeBlock<Source, block>(coder, from, x));
     }
   }
   if (rest > 0) image.copy(end, to, rest);
