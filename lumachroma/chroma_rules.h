@@ -39,13 +39,14 @@ constexpr FixedRow inMemory(FixedRow row) {
 template <FixedRow row>
 struct WeightedLuma {
   using Sample = Zim16s;
+  static constexpr bool canBePacked = true;
 
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 1> operator()(const Pixels<Zim16s, N, 3>& rgb) const {
     return {weighted<row>(rgb)};
   }
   template <bool reversed, std::size_t Parts>
-  ZIM_INLINE static auto packed(const std::array<PackedPixels, Parts>& pixels) {
+  ZIM_INLINE static auto packed(const PackedBlock<Parts>& pixels) {
     return packedWeighted<inMemory<reversed>(row)>(pixels);
   }
 };
@@ -82,6 +83,7 @@ ZIM_INLINE Pixels<Zim16s, N / 2, 3> pairSums(const Rows<N, rows>& rgb) {
 template <EncoderSet set, int pixelsAcross, int rowsDown, Zim32s bias, Zim32s crTrim = 0>
 struct MeanChroma {
   static constexpr int across = pixelsAcross, rows = rowsDown;
+  static constexpr bool canBePacked = true;
 
   template <int N>
   ZIM_INLINE Chroma<N / across> operator()(const Rows<N, rows>& rgb) {
@@ -94,7 +96,7 @@ struct MeanChroma {
   }
 
   template <bool reversed, std::size_t Parts>
-  ZIM_INLINE static auto packed(const std::array<PackedPixels, Parts>& pairs) {
+  ZIM_INLINE static auto packed(const PackedBlock<Parts>& pairs) {
     const auto both = [](const auto& sums) ZIM_LAMBDA {
       return std::array{packedWeighted<inMemory<reversed>(cb), shift>(sums),
                         packedWeighted<inMemory<reversed>(cr), shift>(sums)};
@@ -102,7 +104,8 @@ struct MeanChroma {
     if constexpr (across == 2) {
       return both(pairs);
     } else {
-      return both(neighbourSums(pairs));
+      return both(
+          perChannel<Parts / 2>([&](auto i) ZIM_LAMBDA { return neighbourSums(pairs[2 * i], pairs[2 * i + 1]); }));
     }
   }
 
@@ -135,6 +138,7 @@ using QuadEighth = MeanChroma<set, 4, 1, kChromaEighth>;
 template <int rowsDown>
 struct YuvChroma {
   static constexpr int across = 2, rows = rowsDown;
+  static constexpr bool canBePacked = true;
 
   template <int N>
   ZIM_INLINE Chroma<N / 2> operator()(const Rows<N, rows>& rgb) {
@@ -144,7 +148,7 @@ struct YuvChroma {
   }
 
   template <bool reversed, std::size_t Parts>
-  ZIM_INLINE static auto packed(const std::array<PackedPixels, Parts>& pairs) {
+  ZIM_INLINE static auto packed(const PackedBlock<Parts>& pairs) {
     const auto ends = firstAndThird(pairs);
     return differences(ends[reversed ? 1 : 0], ends[reversed ? 0 : 1],
                        packedWeighted<inMemory<reversed>(fixedRow(EYUV, 0))>(pairs));
@@ -200,6 +204,11 @@ struct FilteredChroma {
 
 // ---- Coders ----
 
+template <class Rule>
+concept CanBePacked = requires {
+  Rule::canBePacked;
+};
+
 template <class LumaRule, class ChromaRule>
 struct Coder {
   static constexpr int across = ChromaRule::across, rows = ChromaRule::rows;
@@ -210,22 +219,25 @@ struct Coder {
             chromaRule.template operator()<N>(rgb)};
   }
 
-  template <bool reversed, int N>
-  ZIM_INLINE static Code<N, rows, across> packed(const std::array<PackedBlock<N>, rows>& pixels) requires requires {
-    LumaRule::template packed<reversed>(pixels[0]);
-    ChromaRule::template packed<reversed>(pixels[0]);
-  }
-  {
-    const auto sums = [&]() ZIM_LAMBDA {
-      if constexpr (rows == 2) {
-        return neighbourSums(pixels[0] + pixels[1]);
-      } else {
-        return neighbourSums(pixels[0]);
-      }
-    };
-    return {perChannel<rows>(
-                [&](auto row) ZIM_LAMBDA { return narrow<Zim8u>(LumaRule::template packed<reversed>(pixels[row])); }),
-            ChromaRule::template packed<reversed>(sums())};
+  // The parts of a block are loaded two by two, as they are used, so that few registers are live at a time.
+  template <bool reversed, int N, class Load>
+  ZIM_INLINE static Code<N, rows, across> packed(const Load& load) requires CanBePacked<LumaRule> &&
+      CanBePacked<ChromaRule> {
+    constexpr std::size_t twos = N / kLanes<Zim32s> / 2;
+    std::array<std::array<Lane<Zim16s, N / static_cast<int>(twos)>, twos>, rows> luma;
+    PackedBlock<twos> pairs;
+    forChannels<twos>([&](auto two) ZIM_LAMBDA {
+      PackedBlock<2> sums;
+      forChannels<rows>([&](auto row) ZIM_LAMBDA {
+        const PackedBlock<2> pixels = {load(row, std::integral_constant<std::size_t, 2 * two>()),
+                                       load(row, std::integral_constant<std::size_t, 2 * two + 1>())};
+        luma[row][two] = LumaRule::template packed<reversed>(pixels);
+        forChannels<2>([&](auto i) ZIM_LAMBDA { sums[i] = row == 0 ? pixels[i] : sums[i] + pixels[i]; });
+      });
+      pairs[two] = neighbourSums(sums[0], sums[1]);
+    });
+    return {perChannel<rows>([&](auto row) ZIM_LAMBDA { return narrow<Zim8u>(joined(luma[row])); }),
+            ChromaRule::template packed<reversed>(pairs)};
   }
 
  private:
@@ -241,9 +253,9 @@ struct Guarded {
   ZIM_INLINE Code<N, rows, across> operator()(const Rows<N, rows>& rgb) {
     return guarded(Base().template operator()<N>(rgb));
   }
-  template <bool reversed, int N>
-  ZIM_INLINE static Code<N, rows, across> packed(const std::array<PackedBlock<N>, rows>& pixels) {
-    return guarded(Base::template packed<reversed, N>(pixels));
+  template <bool reversed, int N, class Load>
+  ZIM_INLINE static Code<N, rows, across> packed(const Load& load) {
+    return guarded(Base::template packed<reversed, N>(load));
   }
 
  private:

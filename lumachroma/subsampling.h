@@ -225,11 +225,10 @@ ZIM_INLINE auto encodeBlock(GroupCoder& coder, const SourceRows<Source, rows>& f
   using Layout = typename Source::Layout;
   const auto at = [&](std::size_t row) ZIM_LAMBDA { return from[row].at(x * Layout::pixelBytes); };
   constexpr bool isPacked = std::is_same_v<Layout, AC4<Zim8u>> || (std::is_same_v<Layout, C3<Zim8u>> && kPackC3);
-  if constexpr (isPacked && requires(std::array<PackedBlock<N>, rows> block) {
-                  GroupCoder::template packed<Source::reversed, N>(block);
-                }) {
-    return GroupCoder::template packed<Source::reversed, N>(perChannel<rows>(
-        [&](auto row) ZIM_LAMBDA { return loadPackedBlock<Layout::pixelBytes, N>(at(row).plane[0]); }));
+  const auto loadPacked = [&](auto row, auto part)
+                              ZIM_LAMBDA { return loadPart<Layout::pixelBytes, N, part>(at(row).plane[0]); };
+  if constexpr (isPacked && requires { GroupCoder::template packed<Source::reversed, N>(loadPacked); }) {
+    return GroupCoder::template packed<Source::reversed, N>(loadPacked);
   } else {
     return coder.template operator()<N>(
         perChannel<rows>([&](auto row) ZIM_LAMBDA { return Source::colours(loadWoven<Layout, N>(at(row))); }));

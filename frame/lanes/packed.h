@@ -7,60 +7,47 @@
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
 
-// N pixels (or pairs), as many to a register as 32-bit lanes, the registers of a half following one another.
-template <int N>
-using PackedBlock = std::array<PackedPixels, static_cast<std::size_t>(N / kLanes<Zim32s>)>;
+// So many registers of them.
+template <std::size_t Parts>
+using PackedBlock = std::array<PackedPixels, Parts>;
 
-// Loads bytes that lie Stride samples apart, all of them and no others. With byte shuffles the middle sample comes in
-// both words of odd; without, the second word has no meaning. Three samples come apart only with byte shuffles.
-template <std::size_t Stride, int N>
-ZIM_INLINE PackedBlock<N> loadPackedBlock(const std::byte* p) {
-  constexpr std::size_t parts = N / kLanes<Zim32s>;
-  [[maybe_unused]] constexpr std::ptrdiff_t halfStride = N / kHalves * std::ptrdiff_t{Stride};
-  return perChannel<parts>([&](auto i) ZIM_LAMBDA -> PackedPixels {
+// Part i of a block of N pixels; the parts of a half follow one another. Loads bytes that lie Stride samples apart,
+// those of the block and no others. With byte shuffles the middle sample comes in both words of odd; without, the
+// second word has no meaning. Three samples come apart only with byte shuffles.
+template <std::size_t Stride, int N, std::size_t i>
+ZIM_INLINE PackedPixels loadPart(const std::byte* p) {
 #if defined(__AVX2__)
-    // The last pixels of three samples are at the end of what is loaded, so that nothing beyond them is.
-    constexpr bool atEnd = Stride == 3 && i == parts - 1;
-    constexpr std::size_t offset = 4 * Stride * i - (atEnd ? 4 : 0);
-    static constexpr auto tableOf = [](int low, int high) {
-      ByteTable table{};
-      for (int pixel = 0; pixel < 4; ++pixel) {
-        const int at = static_cast<int>(Stride) * pixel + (atEnd ? 4 : 0);
-        const std::array<int, 4> bytes = {at + low, -1, at + high, -1};
-        for (int k = 0; k < 4; ++k) {
-          table[static_cast<std::size_t>(4 * pixel + k)] = static_cast<std::int8_t>(bytes[static_cast<std::size_t>(k)]);
-        }
-      }
-      return table;
-    };
-    static constexpr ByteTable even = tableOf(0, 2), odd = tableOf(1, 1);
-    const Register r = loadHalves(p + offset, halfStride);
-    return {Stride == 4 ? r & _mm256_set1_epi32(0x00FF00FF) : _mm256_shuffle_epi8(r, inBothHalves(even)),
-            _mm256_shuffle_epi8(r, inBothHalves(odd))};
+  // The last pixels of three samples are at the end of what is loaded, so that nothing beyond them is.
+  constexpr int before = Stride == 3 && i == N / kLanes<Zim32s> - 1 ? 4 : 0;
+  static constexpr auto tableOf = [](int low, int high) {
+    ByteTable table{};
+    for (std::size_t word = 0; word < 8; ++word) {
+      const int pixel = before + static_cast<int>(Stride) * static_cast<int>(word / 2);
+      table[2 * word] = static_cast<std::int8_t>(pixel + (word % 2 == 0 ? low : high));
+      table[2 * word + 1] = -1;
+    }
+    return table;
+  };
+  static constexpr ByteTable even = tableOf(0, 2), odd = tableOf(1, 1);
+  const Register r = loadHalves(p + 4 * Stride * i - before, N / kHalves * std::ptrdiff_t{Stride});
+  return {Stride == 4 ? r & _mm256_set1_epi32(0x00FF00FF) : _mm256_shuffle_epi8(r, inBothHalves(even)),
+          _mm256_shuffle_epi8(r, inBothHalves(odd))};
 #else
-    static_assert(Stride == 4);
-    const Register r = loadHalves(p + 16 * i, halfStride);
-    return {r & _mm_set1_epi32(0x00FF00FF), _mm_srli_epi16(r, 8)};
+  static_assert(Stride == 4);
+  const Register r = loadHalves(p + 16 * i, N * std::ptrdiff_t{Stride});
+  return {r & _mm_set1_epi32(0x00FF00FF), _mm_srli_epi16(r, 8)};
 #endif
-  });
 }
 
-template <std::size_t Parts>
-ZIM_INLINE auto operator+(const std::array<PackedPixels, Parts>& a, const std::array<PackedPixels, Parts>& b) {
-  return perChannel<Parts>([&](auto i) ZIM_LAMBDA -> PackedPixels {
-    return {ZIM_MM(add_epi16)(a[i].even, b[i].even), ZIM_MM(add_epi16)(a[i].odd, b[i].odd)};
-  });
+ZIM_INLINE PackedPixels operator+(PackedPixels a, PackedPixels b) {
+  return {ZIM_MM(add_epi16)(a.even, b.even), ZIM_MM(add_epi16)(a.odd, b.odd)};
 }
 
-// Sums of neighbouring pixels.
-template <std::size_t Parts>
-ZIM_INLINE auto neighbourSums(const std::array<PackedPixels, Parts>& pixels) {
-  const auto sums = [](Register a, Register b)
-                        ZIM_LAMBDA { return ZIM_MM(add_epi16)(pick<0, 2, 0, 2>(a, b), pick<1, 3, 1, 3>(a, b)); };
-  return perChannel<Parts / 2>([&](auto i) ZIM_LAMBDA -> PackedPixels {
-    const PackedPixels &a = pixels[2 * i], &b = pixels[2 * i + 1];
-    return {sums(a.even, b.even), sums(a.odd, b.odd)};
-  });
+// Sums of neighbouring pixels, of a and of b in each half.
+ZIM_INLINE PackedPixels neighbourSums(PackedPixels a, PackedPixels b) {
+  const auto sums = [](Register x, Register y)
+                        ZIM_LAMBDA { return ZIM_MM(add_epi16)(pick<0, 2, 0, 2>(x, y), pick<1, 3, 1, 3>(x, y)); };
+  return {sums(a.even, b.even), sums(a.odd, b.odd)};
 }
 
 // Equal lanes of so many registers as one.
@@ -103,16 +90,16 @@ ZIM_INLINE Lane<Zim32s, kLanes<Zim32s>> packedDot(PackedPixels pixels) {
   return sum;
 }
 
-// (row . samples + bias) >> shift, which fits 16 bits, of every pixel of a block.
+// (row . samples + bias) >> shift, which fits 16 bits, of every pixel.
 template <FixedRow row, int shift = 16, std::size_t Parts>
-ZIM_INLINE auto packedWeighted(const std::array<PackedPixels, Parts>& block) {
+ZIM_INLINE auto packedWeighted(const PackedBlock<Parts>& block) {
   return narrow<Zim16s>(
       joined(perChannel<Parts>([&](auto i) ZIM_LAMBDA { return packedDot<row>(block[i]) >> shift; })));
 }
 
 // The first, and the third, sample of every pixel.
 template <std::size_t Parts>
-ZIM_INLINE auto firstAndThird(const std::array<PackedPixels, Parts>& block) {
+ZIM_INLINE auto firstAndThird(const PackedBlock<Parts>& block) {
   const auto sample = [&](const auto& shifted) ZIM_LAMBDA {
     return narrow<Zim16s>(joined(perChannel<Parts>([&](auto i) ZIM_LAMBDA {
       using Lanes = Lane<Zim32s, kLanes<Zim32s>>;
