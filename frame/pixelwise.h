@@ -233,9 +233,11 @@ ZIM_INLINE ZimResult pixelwise(const Conversion<Source, Destination>& call, cons
   withKernel(makeKernel(), [&](const auto& kernel) ZIM_LAMBDA {
     Rules::Walker::run(size, [&](Zim32s first, Zim32s count) ZIM_LAMBDA {
       const auto local = kernel;  // stores to the destination cannot alias it
-      const auto from = source.at(std::ptrdiff_t{first} * call.srcStep);
-      const auto to = destination.at(std::ptrdiff_t{first} * call.dstStep);
-      for (Zim32s row = 0; row < count; ++row) {
+      // The rows of a band are counted from its own first one.
+      constexpr bool inBands = requires { Rules::Walker::countsFromBand; };
+      const auto from = source.at(inBands ? std::ptrdiff_t{first} * call.srcStep : 0);
+      const auto to = destination.at(inBands ? std::ptrdiff_t{first} * call.dstStep : 0);
+      for (Zim32s row = inBands ? 0 : first, end = row + count; row < end; ++row) {
         convertRow<Source, Destination>(
             from.at(rowOffset<Rules::offsets, typename Source::Sample>(row, call.srcStep)),
             to.at(rowOffset<Rules::offsets, typename Destination::Sample>(row, call.dstStep)), size.width, local);

@@ -81,6 +81,8 @@ using RowParallel = ParallelFrom<4097>;
 // the runtime gives fewer threads, the bands of the missing ones stay unconverted.
 template <Zim32s leastWidth, Zim32s leastHeight>
 struct Bands {
+  static constexpr bool countsFromBand = true;  // row offsets are those from the first row of a band
+
   template <class Rows>
   static void run(ZimiSize size, const Rows& rows) {
     const int count = ownGetNumThreads();

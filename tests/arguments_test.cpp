@@ -13,7 +13,7 @@ namespace {
 using namespace catalogue;
 
 // Tests in the order in which exports make them. N: pointers as passed, arrays by their own address. Q: pointers inside
-// arrays. S: size. T: steps. R: range of values.
+// arrays. S: size. s: size for being empty, ahead of the rest. T: steps. R: range of values.
 struct Order {
   const char* pattern;
   std::string_view tests;
@@ -31,6 +31,29 @@ constexpr Order kOrders[] = {
     {"zimiGamma*_@(8u|16u)_*", "NQST"},
     {"zimiGamma*_32f_*", "RNQST"},
     {"zimiToneMap*", "NS"},
+
+    {"zimi*Dither_*_P3C3R", "NSQ"},
+    {"zimi*Dither_*", "NS"},
+    {"zimi*_Interlace_*", "NQS"},
+    {"zimiYCrCb420ToBGR_Filter_*", "NSQ"},
+    {"zimiYCbCr420ToYCrCb420?(_Filter)_8u_P2P3R", "NsQS"},
+    {"zimiYC@(bCr|rCb)420To*_Filter_*", "NQS"},
+
+    {"zimi@(RGB|BGR)565To@(RGB|BGR)_*", "NST"},
+    {"zimi@(RGB|BGR)To@(RGB|BGR)565_*", "NST"},
+    {"zimiRGB565ToYUV*", "NSQ"},
+    {"zimi@(RGB|BGR)@(555|565)To*", "NQS"},
+    {"zimiYCbCr411To@(RGB|BGR)*", "NQS"},
+    {"zimi@(YCbCr|YUV)*To@(RGB|BGR)@(444|555|565)_*", "NSQ"},
+
+    {"zimiRGBToYCbCr420_8u_C[34]P2R", "SN"},
+    {"zimiYCbCr420ToRGB_8u_P2C[34]R", "SN"},
+    {"zimiRGBToCbYCr422Gamma_*", "NST"},
+    {"zimi@(RGBToY@(CbCr|CrCb)422_8u_P3C2R|RGBToYCbCr420_8u_C3P3R|RGBToYUV42*|BGRToYUV420_*)", "NSQ"},
+    {"zimi@(RGB|BGR)To@(Y@(CbCr|CrCb)|CbYCr)4*", "NQS"},
+    {"zimiYCbCr422ToBGR_8u_P3C3R", "NQS"},
+    {"zimi@(Y@(CbCr|CrCb|UV)|CbYCr)4*To@(RGB|BGR)_*", "NSQ"},
+    {"zimi@(Y@(CbCr|CrCb)|CbYCr)@(4|1)*", "NQS"},
 };
 
 // Pointers that are used without a test, or tested only in some calls.
@@ -46,7 +69,7 @@ struct Fault {
 
 constexpr Zim32s kLowest = std::numeric_limits<Zim32s>::min();
 
-std::vector<Fault> faultsOf(const Export& e, char test) {
+std::vector<Fault> faultsOf(const Export& e, char test, bool emptyTestedBefore) {
   std::vector<Fault> faults;
   const auto forEachSide = [&](const auto& visitor) {
     if (!e.inPlace) visitor(e.source, &Operands::source, "source");
@@ -73,10 +96,15 @@ std::vector<Fault> faultsOf(const Export& e, char test) {
         }
       });
       break;
+    case 's':
     case 'S':
       for (const auto& [name, length] : {std::pair{"width ", &ZimiSize::width}, {"height ", &ZimiSize::height}}) {
         if (e.least.*length == 0) continue;
-        for (const Zim32s value : {e.least.*length - 1, 0, -1, kLowest}) {
+        std::vector<Zim32s> values = {0, -1, kLowest};
+        if (test == 'S' && emptyTestedBefore) values.clear();
+        if (test == 'S') values.push_back(e.least.*length - 1);
+        for (Zim32s odd = 1; odd < e.multiple.*length; ++odd) values.push_back(8 + odd);
+        for (const Zim32s value : values) {
           faults.push_back({name + std::to_string(value), [=, l = length](Operands& o) { o.size.*l = value; }});
         }
       }
@@ -106,6 +134,7 @@ std::vector<Fault> faultsOf(const Export& e, char test) {
 
 ZimResult resultOf(char test) {
   switch (test) {
+    case 's':
     case 'S':
       return zimResultBadSize;
     case 'T':
@@ -138,14 +167,15 @@ TEST_P(Arguments, EarlierTestDecides) {
   const auto* order = std::ranges::find_if(kOrders, [&](const Order& o) { return matches(e, o.pattern); });
   ASSERT_NE(order, std::end(kOrders)) << "no order of tests for " << e.name;
   const std::string_view tests = order->tests;
-  ASSERT_FALSE(faultsOf(e, tests[0]).empty());
+  const bool emptyTestedBefore = tests.find('s') != std::string_view::npos;
+  ASSERT_FALSE(faultsOf(e, tests[0], emptyTestedBefore).empty());
   for (std::size_t i = 0; i < tests.size(); ++i) {
-    for (const Fault& first : faultsOf(e, tests[i])) {
+    for (const Fault& first : faultsOf(e, tests[i], emptyTestedBefore)) {
       Operands operands = goodOperands();
       first.inject(operands);
       EXPECT_EQ(call(operands), resultOf(tests[i])) << first.what;
       for (const char later : tests.substr(i + 1)) {
-        for (const Fault& second : faultsOf(e, later)) {
+        for (const Fault& second : faultsOf(e, later, emptyTestedBefore)) {
           operands = goodOperands();
           second.inject(operands);
           first.inject(operands);
@@ -158,8 +188,19 @@ TEST_P(Arguments, EarlierTestDecides) {
 }
 
 TEST_P(Arguments, LeastSizeIsGood) {
-  const ZimiSize least = {std::max(e.least.width, 1), std::max(e.least.height, 1)};
-  EXPECT_EQ(call(goodOperands(least)), zimResultOk);
+  const ZimiSize least = goodSize(e, {1, 1});
+  EXPECT_EQ(call(goodOperands(least)), resultOf(e, least));
+}
+
+TEST_P(Arguments, NullArrayOfSteps) {
+  for (Buffers Operands::*side : {&Operands::source, &Operands::destination}) {
+    if ((side == &Operands::source ? e.source : e.destination).steps != Steps::perPlane) continue;
+    if (!(side == &Operands::source ? e.source : e.destination).pointerArray) continue;
+    Operands operands = goodOperands();
+    (operands.*side).nullSteps = true;
+    EXPECT_EQ(call(operands), zimResultNullPointer);
+  }
+  EXPECT_EQ(destination.differenceFromBlank(), "");
 }
 
 // Where no test minds, there are no rows to convert.

@@ -45,12 +45,17 @@ void GuardedBytes::Release::operator()(std::byte* start) const { unusedOf(count)
 Canvas::Canvas(const Side& side, ZimiSize size, Placement placement) {
   for (const Plane& plane : side.planes) {
     const std::size_t rowBytes = plane.rowBytes(size.width);
-    const auto step =
-        static_cast<std::ptrdiff_t>(rowBytes) + (side.steps == Steps::none ? 0 : std::ptrdiff_t{placement.padding});
+    // Where every plane has a step of its own, none is like another.
+    const std::ptrdiff_t more = side.steps == Steps::perPlane && placement.padding != 0
+                                    ? static_cast<std::ptrdiff_t>(planes_.size()) * 3 * bits(plane.type) / 8
+                                    : 0;
+    const auto step = static_cast<std::ptrdiff_t>(rowBytes) +
+                      (side.steps == Steps::none ? 0 : std::ptrdiff_t{placement.padding} + more);
     const int rows = plane.rows(size.height);
     // An unused last sample may lie in the guard page.
     const auto unused = static_cast<std::size_t>((plane.samples - plane.usedSamples) * bits(plane.type) / 8);
-    const std::size_t extent = static_cast<std::size_t>(step * (rows - 1)) + rowBytes - unused;
+    const bool empty = rows < 1 || rowBytes == 0;
+    const std::size_t extent = empty ? 0 : static_cast<std::size_t>(step * (rows - 1)) + rowBytes - unused;
     PlaneMemory& p = planes_.emplace_back(PlaneMemory{plane, rowBytes, step, rows, GuardedBytes(extent), nullptr});
     const auto memory = p.memory.bytes();
     std::ranges::fill(memory, kCanary);

@@ -40,22 +40,67 @@ std::vector<catalogue::Export> exportsWhere(const Condition& condition) {
 
 inline std::string nameOf(const testing::TestParamInfo<catalogue::Export>& info) { return info.param.name; }
 
+// The pixels that are converted together and by themselves: what comes of such a cell follows from the source at its
+// place and from nothing else. An incomplete cell at the right or bottom end goes with the one before it. {0, 0} if the
+// whole image counts.
+inline ZimiSize cellOf(const catalogue::Export& e) {
+  constexpr const char* kWholeImage[] = {"zimiToneMap*",
+                                         "zimi*_Filter_*",
+                                         "zimi*420To*422_Interlace_*",
+                                         "zimiYCbCr@(1620To420|411To420|420To411)_*",
+                                         "zimi*1u_*",
+                                         "zimiRGBToCbYCr422*_8u_*"};
+  // Pixels of one column or row are apart from one another without steps only.
+  const bool apart = e.source.steps != catalogue::Steps::none && e.destination.steps != catalogue::Steps::none;
+  if (!apart || matchesAny(e, kWholeImage)) return {0, 0};
+  // The thresholds of the dither repeat.
+  if (matches(e, "zimi*Dither_*")) return {4, 4};
+  // Two rows of each field.
+  if (matches(e, "zimi*_Interlace_*")) return {2, 4};
+  ZimiSize cell = {1, 1};
+  for (const catalogue::Side* side : {&e.source, &e.destination}) {
+    if (side->layout == "C2") cell.width = std::max(cell.width, 2);
+    for (const catalogue::Plane& p : side->planes) {
+      cell = {std::max(cell.width, p.pixelsAcross), std::max(cell.height, p.pixelsDown)};
+    }
+  }
+  return cell;
+}
+
 // Every pixel of the destination follows from the pixel of the source at its place, and from nothing else.
 inline bool isPixelwise(const catalogue::Export& e) {
-  constexpr const char* kWholeImage[] = {"zimiToneMap*"};
-  const auto onePixel = [](const catalogue::Side& side) {
-    return side.layout != "C2" && std::ranges::all_of(side.planes, [](const catalogue::Plane& p) {
-             return p.pixelsAcross == 1 && p.pixelsDown == 1 && bits(p.type) >= 8;
-           });
+  const ZimiSize cell = cellOf(e);
+  return cell.width == 1 && cell.height == 1;
+}
+
+inline bool consistsOfCells(const catalogue::Export& e) { return cellOf(e).width > 0; }
+
+// Sizes at which an export writes more than its image holds.
+inline bool overflows(const catalogue::Export& e, ZimiSize size) {
+  constexpr const char* kAtWidth1[] = {"zimiYCbCr422To@(RGB|BGR)@(444|555|565)_8u16u_C2C3R", "zimi*_Filter_8u_P3C4R"};
+  return size.width == 1 && matchesAny(e, kAtWidth1);
+}
+
+// The nearest size, not below, that an export takes.
+inline ZimiSize goodSize(const catalogue::Export& e, ZimiSize size) {
+  const auto good = [](int extent, int least, int multiple) {
+    return (std::max(extent, least) + multiple - 1) / multiple * multiple;
   };
-  return onePixel(e.source) && onePixel(e.destination) && !matchesAny(e, kWholeImage);
+  return {good(size.width, e.least.width, e.multiple.width), good(size.height, e.least.height, e.multiple.height)};
 }
 
 // Exports that accept any step.
 inline bool takesAnyStep(const catalogue::Export& e) {
-  constexpr const char* kTestSteps[] = {"zimiColorTwist*", "zimiGamma*"};
+  constexpr const char* kTestSteps[] = {"zimiColorTwist*", "zimiGamma*", "zimiRGBToCbYCr422Gamma_*",
+                                        "zimi@(RGB|BGR)565To@(RGB|BGR)_*", "zimi@(RGB|BGR)To@(RGB|BGR)565_*"};
   return !matchesAny(e, kTestSteps) && e.source.steps != catalogue::Steps::none &&
          e.destination.steps != catalogue::Steps::none;
+}
+
+// Exports that go on in the second of three planes by the step of the third, and the other way round.
+inline bool crossesSteps(const catalogue::Export& e) {
+  constexpr const char* kCross[] = {"zimiRGBToYCrCb420_8u_AC4P3R", "zimiYCbCr420ToYCrCb420_Filter_8u_P2P3R"};
+  return matchesAny(e, kCross);
 }
 
 // Contents of an image.

@@ -81,6 +81,17 @@ expect zimiGammaFwd_8u_C3R red.png ff0000
 expect zimiGammaInv_32f_C3R red.png ffff00000000 vmin=0 VMAX=1
 expect zimiToneMapMean_32f8u_C1R bright.pfm 7f
 
+# Raw video: two frames of one pixel, of which the first counts; planes at 16 x 16 and back.
+printf '\xff\0\0abc' >red.yuv
+expect zimiRGBToGray_8u_C3C1R red.yuv 4c size=1x1
+if linked zimiRGBToYCbCr420_8u_C3P3R && linked zimiYCbCr420ToRGB_8u_P3C3R; then
+  "$zimcc" run zimiRGBToYCbCr420_8u_C3P3R many.pfm planes.yuv || fail "no planes.yuv"
+  [[ $(stat -c %s planes.yuv) == 384 ]] || fail "planes.yuv has the wrong size"
+  "$zimcc" run zimiYCbCr420ToRGB_8u_P3C3R planes.yuv back.png size=16x16 || fail "no back.png"
+  "$zimcc" run zimiYCbCr420ToRGB_8u_P3C3R many.pfm again.png || fail "no again.png"
+  cmp back.png again.png || fail "raw planes give another picture"
+fi
+
 # Whatever is listed can be described and run.
 names=$("$zimcc" list | cut -d ' ' -f 1)
 for name in $names; do
@@ -115,6 +126,8 @@ refuse 'levels' run $gray red.png new.png levels=2
 refuse "form name=value" run $gray red.png new.png coeffs
 refuse '3 numbers, not 2' run $gray red.png new.png coeffs=1,2
 refuse "'x'" run $gray red.png new.png coeffs=1,x,2
+refuse 'needs its size' run $gray red.yuv new.png
+refuse 'frames of 4 x 1' run $gray red.yuv new.png size=4x1
 refuse 'cannot write .*nowhere' run $gray red.png nowhere/new.png
 refuse 'cannot write sheet' run $gray red.png sheet
 refuse '0x5' bench $gray --size 0x5

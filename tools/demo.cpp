@@ -31,6 +31,7 @@ struct Entry {
   const char* title;
   const char* settings = "";
   Input input = Input::photo;
+  int zoom = 1;  // shows a part of the result, each pixel so many times as wide and high
 };
 
 constexpr const char* kGray = "Gray";
@@ -122,11 +123,24 @@ std::vector<std::string> wordsOf(const char* text) {
   return {std::istream_iterator<std::string>(stream), {}};
 }
 
+// The part in the middle that fills the picture once its pixels are so large.
+Picture enlarged(const Picture& picture, int zoom) {
+  Picture part(picture.width, picture.height, picture.channels);
+  part.deep = picture.deep;
+  const int left = (picture.width - picture.width / zoom) / 2, top = (picture.height - picture.height / zoom) / 2;
+  for (int y = 0; y < part.height; ++y) {
+    for (int x = 0; x < part.width; ++x) {
+      std::copy_n(picture.pixel(left + x / zoom, top + y / zoom), picture.channels, part.pixel(x, y));
+    }
+  }
+  return part;
+}
+
 Card make(const Entry& entry, const Picture& input, const std::filesystem::path& folder, const std::string& file) {
   constexpr int kRounds = 11;
   Job job(exportNamed(entry.exportName), input, wordsOf(entry.settings));
   job.run();
-  const Picture picture = job.result();
+  const Picture picture = enlarged(job.picture(), entry.zoom);
   writePng(folder / file, picture);
   const double seconds = measure({[&] { job.run(); }}, kRounds).front().median;
   return {entry.group,    entry.title,   entry.exportName,

@@ -22,8 +22,7 @@ using namespace catalogue;
 bool provides(const Side& offered, const Side& needed) {
   // Operations that know no colours work on gray where they take one sample a pixel.
   const std::string_view word = needed.colourWord.empty() ? "Gray" : std::string_view(needed.colourWord);
-  return offered.type == needed.type && offered.layout == needed.layout && offered.planes == needed.planes &&
-         offered.colourWord == word;
+  return offered.type == needed.type && offered.layout == needed.layout && offered.colourWord == word;
 }
 
 // How well this export undoes the next: the same variant of a model first, then the same colours.
@@ -110,18 +109,24 @@ std::string meaningOf(ZimResult result) {
 
 Image sourceFor(const Export& e, const Picture& picture) {
   const ZimiSize size = {picture.width, picture.height};
-  const auto way = wayToSource(e);
-  Image image(way.empty() ? e.source : way.front()->source, size);
+  auto way = wayToSource(e);
+  way.push_back(&e);
+  Image image(way.front()->source, size);
   fill(image, picture);
-  for (const Export* step : way) {
-    Image next(step->destination, size);
-    call(*step, Caller(*step), Operands(*step, image, next));
+  for (std::size_t i = 0; i + 1 < way.size(); ++i) {
+    Image next = roomFor(way[i + 1]->source, size);
+    call(*way[i], Caller(*way[i]), Operands(*way[i], image, next));
     image = std::move(next);
   }
   return image;
 }
 
 }  // namespace
+
+Image roomFor(Side side, ZimiSize size) {
+  for (Plane& plane : side.planes) plane.wholeGroupsOnly = plane.wholeGroupsOnly && side.steps == Steps::none;
+  return Image(side, size);
+}
 
 const Export& exportNamed(const std::string& name) {
   const Export* e = find(name);
@@ -167,9 +172,12 @@ std::vector<const Export*> wayToSource(const Export& e) {
 }
 
 Job::Job(const Export& e, const Picture& picture, const std::vector<std::string>& settings)
+    : Job(e, sourceFor(e, picture), settings) {}
+
+Job::Job(const Export& e, Image source, const std::vector<std::string>& settings)
     : export_(e),
-      source_(sourceFor(e, picture)),
-      destination_(e.destination, source_.size()),
+      source_(std::move(source)),
+      destination_(roomFor(e.destination, source_.size())),
       operands_(e, source_, e.inPlace ? source_ : destination_),
       caller_(e) {
   // Opaque unless asked otherwise, whatever the type.
@@ -180,6 +188,6 @@ Job::Job(const Export& e, const Picture& picture, const std::vector<std::string>
 
 void Job::run() { call(export_, caller_, operands_); }
 
-Picture Job::result() const { return show(export_.inPlace ? source_ : destination_, export_.source); }
+Picture Job::picture() const { return show(result(), export_.source); }
 
 }  // namespace zim::tool

@@ -13,15 +13,22 @@ namespace zim::tool {
 // Throws Failure if the library has none.
 std::vector<const catalogue::Export*> wayToSource(const catalogue::Export& e);
 
+// Memory for a side with room for incomplete groups of sub-sampled chroma, whether or not its export uses them: what
+// one export writes another may read, and files hold them.
+catalogue::Image roomFor(catalogue::Side side, ZimiSize size);
+
 class Job {
  public:
   // Settings are "name=number" or, for arrays, "name=number,number,...".
   Job(const catalogue::Export& e, const Picture& picture, const std::vector<std::string>& settings);
+  // The same on samples as they are.
+  Job(const catalogue::Export& e, catalogue::Image source, const std::vector<std::string>& settings);
 
   // Throws Failure if the library reports anything but success. In place, every call works on the last one's result.
   void run();
+  const catalogue::Image& result() const { return export_.inPlace ? source_ : destination_; }
   // Colours as a colour picture, other models as their channels side by side.
-  Picture result() const;
+  Picture picture() const;
 
  private:
   const catalogue::Export& export_;

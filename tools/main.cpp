@@ -1,4 +1,5 @@
 // zimcc: lists, explains, runs and times the library's exports.
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
@@ -6,6 +7,7 @@
 #include <iostream>
 #include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/demo.h"
@@ -13,19 +15,13 @@
 #include "tools/failure.h"
 #include "tools/job.h"
 #include "tools/measure.h"
+#include "tools/raw_video.h"
 #include "zimcore.h"
 
 namespace zim::tool {
 namespace {
 
 using Words = std::vector<std::string>;
-
-void run(const Words& words) {
-  const auto& e = exportNamed(words[0]);
-  Job job(e, readPicture(words[1]), Words(words.begin() + 3, words.end()));
-  job.run();
-  writePng(words[2], job.result());
-}
 
 ZimiSize sizeIn(const std::string& text) {
   constexpr int kLargestExtent = 1 << 14;
@@ -38,6 +34,28 @@ ZimiSize sizeIn(const std::string& text) {
     throw Failure("'" + text + "' is no size such as 1920x1080, up to " + std::to_string(kLargestExtent) + " each");
   }
   return size;
+}
+
+// Takes the setting that tells the size of raw video out of the others.
+ZimiSize takeSize(Words& settings) {
+  constexpr std::string_view kSize = "size=";
+  const auto found = std::ranges::find_if(settings, [&](const std::string& word) { return word.starts_with(kSize); });
+  if (found == settings.end()) throw Failure("raw video needs its size, such as size=1920x1080");
+  const ZimiSize size = sizeIn(found->substr(kSize.size()));
+  settings.erase(found);
+  return size;
+}
+
+Job jobOn(const catalogue::Export& e, const std::string& path, Words settings) {
+  if (!isRawVideo(path)) return Job(e, readPicture(path), settings);
+  const ZimiSize size = takeSize(settings);
+  return Job(e, readRawVideo(path, e.source, size), settings);
+}
+
+void run(const Words& words) {
+  Job job = jobOn(exportNamed(words[0]), words[1], Words(words.begin() + 3, words.end()));
+  job.run();
+  isRawVideo(words[2]) ? writeRawVideo(words[2], job.result()) : writePng(words[2], job.picture());
 }
 
 void bench(const Words& words) {
@@ -87,7 +105,7 @@ constexpr Command kCommands[] = {
      [](const Words& words) { list(words.empty() ? "" : words[0]); }},
     {"describe", 1, 1, "NAME", "what an export converts, and its arguments in order",
      [](const Words& words) { describe(words[0]); }},
-    {"run", 3, kAny, "NAME IN OUT.png [SETTING=VALUE ...]", "converts a PNG or PFM file and shows the result", run},
+    {"run", 3, kAny, "NAME IN OUT [SETTING=VALUE ...]", "converts a PNG, PFM or raw YUV file to a PNG or raw YUV", run},
     {"bench", 1, 3, "NAME [--size WxH]", "times an export on one thread beside memcpy", bench},
     {"demo", 1, 1, "DIR", "converts a photograph by every family into a web page",
      [](const Words& words) { demo(words[0]); }},
@@ -100,7 +118,9 @@ void help() {
   std::puts(
       "\nA setting is an argument by its name, as describe tells it: coeffs=0.2,0.7,0.1  vMax=2  aval=128\n"
       "Colours are converted to what the export reads. Results that are no colours are shown as their\n"
-      "channels side by side. Bad input ends with exit code 2 and writes nothing.");
+      "channels side by side. A file IN.yuv is one frame or more of just what the export reads, planes one\n"
+      "after another, and needs a setting size=WxH; OUT.yuv becomes what the export writes. Bad input ends\n"
+      "with exit code 2 and writes nothing.");
 }
 
 void dispatch(const Words& words) {

@@ -96,9 +96,30 @@ Channels packedChannels(const Image& image, const Packing& packing) {
   return channels;
 }
 
+// Luma, then both chroma channels at half the width. Four samples are two pixels, in the order of the colour word.
+Channels pairedChannels(const Image& image) {
+  const int luma = image.side().colourWord.starts_with("Cb") ? 1 : 0;
+  const ZimiSize size = image.size();
+  Channels channels = {Picture(size.width, size.height, 1)};
+  const int pairs = static_cast<int>(image.rowBytes(0)) / 4;
+  channels.resize(3, Picture(pairs, size.height, 1));
+  for (int y = 0; y < size.height; ++y) {
+    const auto sample = [&](int i) { return static_cast<float>(sampleAt(image.row(0, y), SampleType::u8, i) / 255); };
+    for (int x = 0; x < std::min(size.width, static_cast<int>(image.rowBytes(0)) / 2); ++x) {
+      *channels[0].pixel(x, y) = sample(2 * x + luma);
+    }
+    for (int x = 0; x < pairs; ++x) {
+      *channels[1].pixel(x, y) = sample(4 * x + 1 - luma);
+      *channels[2].pixel(x, y) = sample(4 * x + 3 - luma);
+    }
+  }
+  return channels;
+}
+
 Channels channelsOf(const Image& image, const Side& source) {
   const Side& side = image.side();
   if (const Packing* packing = packingOf(side)) return packedChannels(image, *packing);
+  if (side.layout == "C2") return pairedChannels(image);
   Channels channels;
   for (std::size_t p = 0; p < image.planes(); ++p) {
     const Plane& plane = side.planes[p];

@@ -130,9 +130,11 @@ ZimResult Caller::operator()(const Operands& operands) const {
         passPointer(side.nullArray ? nullptr : side.planes.data());
         break;
       }
-      case Kind::stepArray:
-        passPointer((operands.*slot.side).steps.data());
+      case Kind::stepArray: {
+        const Buffers& side = operands.*slot.side;
+        passPointer(side.nullSteps ? nullptr : side.steps.data());
         break;
+      }
       case Kind::size:
         pass(&operands.size);
         break;

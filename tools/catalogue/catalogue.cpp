@@ -16,16 +16,87 @@ bool matches(const char* pattern, const std::string& name) { return fnmatch(patt
 struct Family {
   const char* pattern;
   std::string_view name;
-  ZimiSize least;
 };
 
 constexpr Family kFamilies[] = {
-    {"zimi*ToGray_*", "gray", {1, 1}},
-    {"zimi@(RGBToY@(CbCr|UV)|Y@(CbCr|UV)To@(RGB|BGR))_*", "full-resolution luma-chroma", {1, 1}},
-    {"zimi*YCoCg*", "ycocg", {0, 0}},
-    {"zimiColorTwist*", "colour twist", {1, 1}},
-    {"zimiGamma@(Fwd|Inv)_*", "gamma", {1, 1}},
-    {"zimiToneMap*", "tone mapping", {1, 1}},
+    {"zimi*ToGray_*", "gray"},
+    {"zimi@(RGBToY@(CbCr|UV)|Y@(CbCr|UV)To@(RGB|BGR))_*", "full-resolution luma-chroma"},
+    {"zimi*YCoCg*", "ycocg"},
+    {"zimiColorTwist*", "colour twist"},
+    {"zimiGamma@(Fwd|Inv)_*", "gamma"},
+    {"zimiToneMap*", "tone mapping"},
+    {"zimi*Dither_*", "dithered packed pixels"},
+    {"zimi*@(444|555|565)*", "packed 16-bit pixels"},
+    {"zimi@(RGB|BGR)To@(Y@(CbCr|CrCb|UV)|CbYCr)4*", "chroma-subsampling encoders"},
+    {"zimi*_Filter_*", "filtered chroma resampling"},
+    {"zimi@(Y@(CbCr|CrCb|UV)|CbYCr)4*To@(RGB|BGR)_*", "chroma-subsampled decoders"},
+    {"zimi*_Interlace_*", "interlaced chroma conversion"},
+    {"zimi@(Y@(CbCr|CrCb)|CbYCr)@(4|1)*", "chroma reformatting"},
+};
+
+// Extents by the name of an export; what no row matches is {1, 1}.
+struct Extent {
+  const char* pattern;
+  ZimiSize size;
+};
+
+// 0 where the extent is not tested.
+constexpr Extent kLeast[] = {
+    {"zimi*YCoCg*", {0, 0}},
+
+    {"zimi*_Interlace_*", {2, 4}},
+    {"zimiY@(CbCr|CrCb)420ToYCbCr422_Filter_8u_@(P2P3R|P3R)", {2, 8}},
+    {"zimiYCbCr420To*_Filter_*", {2, 2}},
+
+    {"zimi@(BGR|BGR555|BGR565)ToYCbCr422_@(8u|16u8u)_*", {2, 1}},
+    {"zimiRGBToYCbCr422_8u_C3P3R", {2, 1}},
+    {"zimiBGR*ToYCbCr411_*", {4, 1}},
+    {"zimi@(BGR|BGR555|BGR565)ToY@(CbCr|CrCb)420_*", {2, 2}},
+    {"zimi@(RGBToYCrCb420|BGR555ToYUV420|BGR565ToYUV420)_*", {2, 2}},
+    {"zimiYCbCr422ToBGR_8u_*", {2, 1}},
+    {"zimiYUV420ToBGR_8u_*", {2, 2}},
+    {"zimiYCbCr411ToBGR*", {4, 1}},
+
+    {"zimiYCbCr@(1620To420|411To420|420To1620)_8u_P3R", {4, 4}},
+    {"zimiYCbCr420To411_8u_P3R", {4, 2}},
+    {"zimi@(CbYCr|YCbCr|YCrCb)422ToYCbCr411_*", {4, 0}},
+    {"zimiYCbCr411ToY@(CbCr|CrCb)422_*", {4, 0}},
+    {"zimiYCbCr411_*", {4, 0}},
+    {"zimiYCbCr411ToY@(CbCr|CrCb)420_*", {4, 2}},
+    {"zimiY@(CbCr|CrCb)420ToYCbCr411_*", {4, 2}},
+    {"zimiCbYCr422ToYCbCr422_8u_C2P3R", {2, 0}},
+    {"zimiYCbCr422ToYCrCb422_8u_*", {2, 0}},
+    {"zimiYCrCb422ToYCbCr422_8u_*", {2, 0}},
+    {"zimi@(CbYCr|YCbCr|YCrCb)422ToY@(CbCr|CrCb)420_8u_*", {2, 2}},
+    {"zimiY@(CbCr|CrCb)420?(To@(CbYCr|YCbCr|YCrCb)42[02])_8u_*", {2, 2}},
+    {"zimi@(CbYCr|YCbCr)422?(To@(CbYCr|YCbCr)422)_8u_*", {2, 1}},
+};
+
+constexpr Extent kMultiple[] = {
+    {"zimiYCbCr@(1620To420|411To420|420To1620)_8u_P3R", {4, 4}},
+    {"zimiYCbCr420To411_8u_P3R", {4, 2}},
+};
+
+// Of which incomplete groups give a warning.
+constexpr Extent kWhole[] = {
+    {"zimi*_Interlace_*", {2, 4}},
+    {"zimi@(BGR|BGR555|BGR565)ToYCbCr411_*", {4, 1}},
+    {"zimiYCbCr411ToBGR@(555|565)_*", {4, 1}},
+    {"zimi@(RGBToYCbCr422_8u_C3P3R|RGB565ToYUV422_*)", {2, 1}},
+    {"zimi@(BGR|RGB)ToY@(CbCr|CrCb|UV)420_*", {2, 2}},
+    {"zimi@(BGR555|BGR565|RGB565)ToYUV420_*", {2, 2}},
+    {"zimiY@(CbCr|CrCb|UV)420To@(BGR|RGB)_*", {2, 2}},
+};
+
+// Operations that leave an incomplete last group, and the chroma that would belong to it, alone.
+constexpr const char* kWholeGroupsOnly[] = {
+    "zimi@(BGR|RGB)ToY@(CbCr|CrCb|UV)420_*",
+    "zimi@(BGR|RGB)ToYCbCr4@(22|11)_8u_*P3R",
+    "zimi@(BGR|RGB)@(555|565)To*P3R",
+    "zimiY@(CbCr|CrCb|UV)420To@(BGR|RGB)_*",
+    "zimiYCbCr422ToBGR_8u_P3C3R",
+    "zimiYCbCr411ToBGR*",
+    "zimi@(CbYCr|YCbCr|YCrCb)@(422|420|411|1620)?(To*([A-Z]|[a-z])@(422|420|411|1620))_*",
 };
 
 struct FurtherArguments {
@@ -50,11 +121,17 @@ const std::vector<FurtherArguments>& furtherArguments() {
       {"zimiColorTwist_32f_C4R", {{"twist", f32, true, false, mixture}}},
       {"zimiColorTwist*", {{"twist", f32, true, false, sepia}}},
       {"zimiGamma*_32f_*", {{"vMin", f32, false, false, {0}}, {"vMax", f32, false, false, {1}}}},
+      {"zimiYCbCr420ToYC@(bCr422_Filter_8u_P2C2R|rCb420_Filter_8u_P2P3R)", {{"layout", s32, false, false, {21}}}},
   };
   return table;
 }
 
 // ---- What names tell ----------------------------------------------------------------------------------------------
+
+ZimiSize extentOf(const std::string& name, std::span<const Extent> table) {
+  const auto found = std::ranges::find_if(table, [&](const Extent& x) { return matches(x.pattern, name); });
+  return found == table.end() ? ZimiSize{1, 1} : found->size;
+}
 
 SampleType sampleTypeOf(const std::string& word) {
   const auto* traits = std::ranges::find(kSampleTraits, std::string_view(word), &SampleTraits::name);
@@ -113,14 +190,23 @@ Side sideOf(const std::string& layout, SampleType type, const Colour& colour, bo
     for (auto& plane : std::span(side.planes).subspan(1)) {
       plane.pixelsAcross = grid->across;
       plane.pixelsDown = grid->down;
-      // Contiguous chroma rows are width >> 1 long where rows share chroma too.
-      plane.wholeGroupsOnly = !hasSteps && grid->down > 1;
       if (channels == 2) plane.samples = plane.usedSamples = 2;
     }
     side.steps = Steps::perPlane;
   }
   if (!hasSteps) side.steps = Steps::none;
   return side;
+}
+
+// Chroma without incomplete last groups; of a packed row the last pixel without a partner is dropped altogether.
+void keepWholeGroups(Side& side) {
+  for (Plane& plane : side.planes) {
+    if (side.layout == "C2") {
+      plane.samples = plane.usedSamples = 4;
+      plane.pixelsAcross = 2;
+    }
+    plane.wholeGroupsOnly = plane.pixelsAcross > 1;
+  }
 }
 
 // The fourth of four interleaved samples is a colour, a copied alpha or a stored fill value, or else is left alone.
@@ -159,18 +245,34 @@ std::optional<Export> describe(std::string_view name) {
   e.source = sideOf(m[6], sourceType, conversion.source, hasSteps);
   e.destination = sideOf(m[7].matched ? m[7] : m[6], destinationType, conversion.destination, hasSteps);
   settleFourthSample(e.source, e.destination);
+  // Planes that become packed pixels have a step each even at full size.
+  if (conversion.destination.packed() && e.source.pointerArray) e.source.steps = Steps::perPlane;
 
   const auto* const family =
       std::ranges::find_if(kFamilies, [&](const Family& f) { return matches(f.pattern, e.name); });
-  if (family != std::end(kFamilies)) {
-    e.family = family->name;
-    e.least = family->least;
+  if (family != std::end(kFamilies)) e.family = family->name;
+  e.least = extentOf(e.name, kLeast);
+  e.multiple = extentOf(e.name, kMultiple);
+  e.whole = extentOf(e.name, kWhole);
+  if (std::ranges::any_of(kWholeGroupsOnly, [&](const char* pattern) { return matches(pattern, e.name); })) {
+    keepWholeGroups(e.source);
+    keepWholeGroups(e.destination);
   }
   const auto further =
       std::ranges::find_if(furtherArguments(), [&](const FurtherArguments& f) { return matches(f.pattern, e.name); });
   if (further != furtherArguments().end()) e.further = further->arguments;
   if (takesFill(e.source, e.destination)) e.further.push_back({"aval", destinationType, false, false, {255}});
   return e;
+}
+
+ZimResult resultOf(const Export& e, ZimiSize size) {
+  const auto isMultiple = [&](ZimiSize of) { return size.width % of.width == 0 && size.height % of.height == 0; };
+  // Where a least extent is 0, any other goes as well.
+  const auto tooSmall = [](int extent, int least) { return least > 0 && extent < least; };
+  if (tooSmall(size.width, e.least.width) || tooSmall(size.height, e.least.height) || !isMultiple(e.multiple)) {
+    return zimResultBadSize;
+  }
+  return isMultiple(e.whole) ? zimResultOk : zimWarnOddSize;
 }
 
 std::span<const Export> exports() {

@@ -21,13 +21,13 @@ struct Plane {
   int usedSamples = 1;  // 3 of 4 where the fourth is neither read nor written
   int pixelsAcross = 1;
   int pixelsDown = 1;
-  bool wholeGroupsOnly = false;  // an incomplete last group has no samples; otherwise it has all of them
+  bool wholeGroupsOnly = false;  // an incomplete last group, or row, has no samples; otherwise it has all of them
 
   int groups(int width) const { return (wholeGroupsOnly ? width : width + pixelsAcross - 1) / pixelsAcross; }
   std::size_t rowBytes(int width) const {
     return (static_cast<std::size_t>(groups(width)) * static_cast<std::size_t>(samples * bits(type)) + 7) / 8;
   }
-  int rows(int height) const { return (height + pixelsDown - 1) / pixelsDown; }
+  int rows(int height) const { return (wholeGroupsOnly ? height : height + pixelsDown - 1) / pixelsDown; }
 
   bool operator==(const Plane&) const = default;
 };
@@ -67,8 +67,13 @@ struct Export {
   bool inPlace = false;
   std::vector<Argument> further;
   ZimiSize least = {1, 1};         // below it zimResultBadSize; 0 where the size is not tested
+  ZimiSize multiple = {1, 1};      // zimResultBadSize where the size is no multiple of it
+  ZimiSize whole = {1, 1};         // zimWarnOddSize where the size is no multiple of it
   AnyFunction function = nullptr;  // the exported symbol; null if the library has none of this name
 };
+
+// What a size makes of a call whose other arguments are good.
+ZimResult resultOf(const Export& e, ZimiSize size);
 
 // What a name says, or nothing if it breaks the grammar.
 std::optional<Export> describe(std::string_view name);

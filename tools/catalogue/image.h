@@ -16,7 +16,8 @@ namespace zim::catalogue {
 struct Buffers {
   std::array<void*, 4> planes = {};
   std::array<Zim32s, 4> steps = {};
-  bool nullArray = false;  // pass null in place of the array of plane pointers
+  bool nullArray = false;  // pass null in place of the array of plane pointers,
+  bool nullSteps = false;  // or of the array of steps
 };
 
 // The planes of a side at a size, each from a 64-byte boundary. Rows are stepPadding bytes apart, save where the side
