@@ -60,10 +60,20 @@ using LumaYuvRounded = WeightedLuma<fixedRow(EYUV, 32768)>;
 // The second pixel of each pair is truncated.
 template <EncoderSet set>
 struct LumaOddTruncated {
+  static constexpr bool canBePacked = true;
+
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 1> operator()(const Pixels<Zim16s, N, 3>& rgb) const {
     constexpr FixedRow even = fixedRow(set.y, set.lumaBias), odd = fixedRow(set.y, set.lumaBias - 32768);
     return {Lane<Zim16s, N>::join(weighted<even>(lowHalves(rgb)), weighted<odd>(highHalves(rgb)))};
+  }
+  template <bool reversed, std::size_t Parts>
+  ZIM_INLINE static auto packed(const PackedBlock<Parts>& pixels) {
+    constexpr auto row = inMemory<reversed>(fixedRow(set.y, 0));
+    constexpr std::int64_t even = set.lumaBias, odd = set.lumaBias - 32768;
+    const auto biases = bitsAs<Zim32s>(Lane<std::int64_t, kLanes<std::int64_t>>(even | odd << 32));
+    return narrow<Zim16s>(
+        joined(perChannel<Parts>([&](auto i) ZIM_LAMBDA { return (packedDot<row>(pixels[i]) + biases) >> 16; })));
   }
 };
 

@@ -48,11 +48,23 @@ struct Bgr {
   }
 };
 
+// A source may have every sample mapped by a table first.
+template <class Source>
+concept MapsSamples = requires(std::byte sample) {
+  Source::mapped(sample);
+};
+
 // One pixel, for a kernel on 16-bit lanes.
 template <class Source>
 ZIM_INLINE Pixels<Zim16s, 1, 3> loadPixel(Position<const std::byte, Source::Layout::planes> from) {
   const auto pixel = Source::Layout::template load<1, Extent::whole>(from);
-  return Source::colours(perChannel<3>([&](auto c) ZIM_LAMBDA { return convert<Zim16s>(pixel[c]); }));
+  return Source::colours(perChannel<3>([&](auto c) ZIM_LAMBDA {
+    if constexpr (MapsSamples<Source>) {
+      return Lane<Zim16s, 1>(Source::mapped(static_cast<std::byte>(pixel[c].v)));
+    } else {
+      return convert<Zim16s>(pixel[c]);
+    }
+  }));
 }
 
 // ---- Targets: where the samples of a row of groups go ----
@@ -87,6 +99,8 @@ struct Packed {
     alignas(kRegisterBytes) std::byte samples[2 * N];
     Packed row() { return {samples}; }
   };
+
+  Packed at(std::ptrdiff_t x) const { return {samples + 2 * x}; }
 
   template <int N>
   ZIM_INLINE void store(std::ptrdiff_t x, const Code<N, 1, 2>& code) const {
@@ -237,11 +251,12 @@ ZIM_INLINE auto encodeBlock(GroupCoder& coder, const SourceRows<Source, rows>& f
 
 // So many pixels of whole groups, of every row of the groups. The coder may carry something from block to block.
 template <class Source, class Target, class GroupCoder>
-[[gnu::noinline]] void encodeGroups(SourceRows<Source, Target::rows> from, Target to, std::ptrdiff_t pixels) {
+[[gnu::noinline]] void encodeGroups(SourceRows<Source, Target::rows> from, Target to, std::ptrdiff_t pixels,
+                                    GroupCoder& carried) {
   using Layout = typename Source::Layout;
   constexpr std::size_t rows = Target::rows;
   constexpr int block = kLanes<Zim16s> * Target::across;
-  GroupCoder coder;
+  GroupCoder coder = carried;
   std::ptrdiff_t x = 0, end = (Layout::hasGaps ? pixels - 1 : pixels) / block * block;
   const auto rest = static_cast<int>(pixels - end);
   std::array<Block<Layout, block>, rows> sourceRest;
@@ -264,6 +279,28 @@ template <class Source, class Target, class GroupCoder>
     }
   }
   if (rest > 0) image.copy(end, to, rest);
+  carried = coder;
+}
+
+// The same of a source whose samples are mapped first: stretch by stretch, in a buffer. Two bytes are stored at a time,
+// since stores are what mapping waits for.
+template <class Source, class Target, class GroupCoder>
+void encodeMapped(Position<const std::byte, 1> from, Target to, std::ptrdiff_t pixels, GroupCoder& coder) {
+  constexpr std::ptrdiff_t stretch = 512, pixelBytes = Source::Layout::pixelBytes;
+  static_assert(Target::across % 2 == 0 && Target::rows == 1);
+  alignas(kRegisterBytes) std::array<std::byte, stretch * pixelBytes> buffer;
+  for (std::ptrdiff_t x = 0; x < pixels; x += stretch) {
+    const std::ptrdiff_t count = std::min(stretch, pixels - x);
+    const std::byte* const samples = from.plane[0] + x * pixelBytes;
+    for (std::ptrdiff_t i = 0; i < count * pixelBytes; i += 2 * pixelBytes) {
+      forChannels<pixelBytes>([&](auto two) ZIM_LAMBDA {
+        const std::size_t at = static_cast<std::size_t>(i) + 2 * two;
+        const auto both = static_cast<Zim16u>(Source::mapped(samples[at]) | Source::mapped(samples[at + 1]) << 8);
+        std::memcpy(&buffer[at], &both, sizeof(both));
+      });
+    }
+    encodeGroups<Source, Target, GroupCoder>({{{{buffer.data()}}}}, to.at(x), count, coder);
+  }
 }
 
 // ---- Tails: what becomes of the pixels beyond the last whole group of a row ----
@@ -356,7 +393,12 @@ ZimResult encode(const Encoding<least, typename Source::Layout, Image>& call) {
     const auto from =
         perChannel<rows>([&](auto i) { return sourceRow(y * rows + static_cast<std::ptrdiff_t>(i.value)); });
     const auto to = call.target.row(y);
-    encodeGroups<Source, Target, Coder>(from, to, grouped);
+    Coder coder;
+    if constexpr (MapsSamples<Source>) {
+      encodeMapped<Source>(from[0], to, grouped, coder);
+    } else {
+      encodeGroups<Source>(from, to, grouped, coder);
+    }
     if constexpr (!std::is_same_v<Tail, LeftAlone>) {
       if (grouped < width) Tail::template run<Source>(from, to, grouped);
     }
