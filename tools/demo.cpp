@@ -56,6 +56,13 @@ constexpr Entry kEntries[] = {
     {kLumaChroma, "zimiYCbCrToBGR_709CSC_8u_P3C3R", "The same planes taken for BT.709: colours shift"},
     {kLumaChroma, "zimiYUVToRGB_8u_C3R", "To YUV and back"},
 
+    {kLumaChroma, "zimiRGBToYCbCr420_8u_C3P3R", "4:2:0: chroma at half the width and height"},
+    {kLumaChroma, "zimiBGRToYCbCr420_709CSC_8u_C3P2R", "4:2:0 with Cb and Cr as pairs, BT.709"},
+    {kLumaChroma, "zimiRGBToCbYCr422_8u_C3C2R", "4:2:2 with filtered chroma"},
+    {kLumaChroma, "zimiBGRToYCbCr411_8u_C3P3R", "4:1:1: chroma at a quarter of the width"},
+    {kLumaChroma, "zimiBGR565ToBGR_16u8u_C3R", "From 16 bits a pixel: 32 levels of red and blue, 64 of green", "",
+     Input::photo, 4},
+
     {kYCoCg, "zimiRGBToYCoCg_8u_C3P3R", "Y, Co and Cg: brightness, orange against blue, green against purple"},
     {kYCoCg, "zimiBGRToYCoCg_Rev_8u16s_C3P3R", "The reversible form: signed differences around middle gray"},
     {kYCoCg, "zimiYCoCgToBGR_Rev_16s8u_P3C3R", "Reversible, there and back: the photograph itself"},
