@@ -32,6 +32,15 @@ Prepare job(int (*encode)(const Byte*, int, Byte*, int, Byte*, int, Byte*, int, 
   };
 }
 
+Prepare job(int (*encode)(const Byte*, int, Byte*, int, Byte*, int, int, int)) {
+  return [=](Image& source, Image& destination) -> Call {
+    return [=, from = picture(source, 1), to = picture(destination, 2), size = source.size()] {
+      return encode(from.data[0], from.step[0], to.data[0], to.step[0], to.data[1], to.step[1], size.width,
+                    size.height) == 0;
+    };
+  };
+}
+
 using Decoder = int (*)(const Byte*, int, const Byte*, int, const Byte*, int, Byte*, int, const libyuv::YuvConstants*,
                         int, int);
 
@@ -118,6 +127,18 @@ const Enter entered([] {
       {"zimiYCbCrToRGB_8u_P3C4R", "I444ToARGB", job(I444ToARGBMatrix, kYuvI601Constants)},
       {"zimiYCbCrToBGR_8u_P3C4R", "I444ToARGB", job(I444ToARGBMatrix, kYuvI601Constants)},
       {"zimiYCbCrToBGR_709CSC_8u_P3C4R", "H444ToARGB", job(I444ToARGBMatrix, kYuvH709Constants)},
+
+      {"zimiRGBToYCbCr420_8u_C3P3R", "RAWToI420", job(RAWToI420)},
+      {"zimiBGRToYCbCr420_8u_C3P3R", "RGB24ToI420", job(RGB24ToI420)},
+      {"zimiRGBToYUV420_8u_C3P3R", "RAWToJ420", job(RAWToJ420)},
+      {"zimiBGRToYCbCr420_8u_AC4P3R", "ARGBToI420", job(ARGBToI420)},
+      {"zimiBGRToYUV420_8u_AC4P3R", "ARGBToJ420", job(ARGBToJ420)},
+      {"zimiRGBToYCbCr420_8u_C4P2R", "ABGRToNV12, coefficients of 8 bits", job(ABGRToNV12)},
+      {"zimiBGRToYCbCr422_8u_AC4P3R", "ARGBToI422", job(ARGBToI422)},
+      {"zimiBGRToYCbCr422_8u_AC4C2R", "ARGBToYUY2", job(ARGBToYUY2)},
+      {"zimiBGRToCbYCr422_8u_AC4C2R", "ARGBToUYVY", job(ARGBToUYVY)},
+      {"zimiBGR565ToYCbCr420_16u8u_C3P3R", "RGB565ToI420", job(RGB565ToI420)},
+      {"zimiBGR555ToYCbCr420_16u8u_C3P3R", "ARGB1555ToI420", job(ARGB1555ToI420)},
 
       {"zimiYCbCr420ToRGB_8u_P3C3R", "I420ToRAW", planes<3, 1>(I420ToRAW)},
       {"zimiYCbCr420ToBGR_8u_P3C3R", "I420ToRGB24", job(I420ToRGB24Matrix, kYuvI601Constants)},

@@ -7,6 +7,7 @@
 // pixels first and apply the matrix once, with a wider shift in place of a division.
 #pragma once
 
+#include "frame/lanes/packed.h"
 #include "lumachroma/transforms.h"
 
 namespace zim {
@@ -20,22 +21,33 @@ using Rows = std::array<Pixels<Zim16s, N, 3>, rows>;
 template <int N>
 using Chroma = Pixels<Zim16s, N, 2>;
 
-// What becomes of them: their luma, woven too, and chroma in order; all within 0 to 255.
+// What becomes of them, in order: luma, and chroma within 0 to 255.
 template <int N, std::size_t rows, int across>
 struct Code {
-  std::array<Lane<Zim16s, N>, rows> luma;
+  std::array<Lane<Zim8u, N>, rows> luma;
   Chroma<N / across> chroma;
 };
+
+// A row for packed pixels.
+template <bool reversed>
+constexpr FixedRow inMemory(FixedRow row) {
+  return reversed ? FixedRow{{row.c[2], row.c[1], row.c[0]}, row.bias} : row;
+}
 
 // ---- Luma ----
 
 template <FixedRow row>
 struct WeightedLuma {
   using Sample = Zim16s;
+  static constexpr bool canBePacked = true;
 
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 1> operator()(const Pixels<Zim16s, N, 3>& rgb) const {
     return {weighted<row>(rgb)};
+  }
+  template <bool reversed, std::size_t Parts>
+  ZIM_INLINE static auto packed(const PackedBlock<Parts>& pixels) {
+    return packedWeighted<inMemory<reversed>(row)>(pixels);
   }
 };
 
@@ -48,10 +60,20 @@ using LumaYuvRounded = WeightedLuma<fixedRow(EYUV, 32768)>;
 // The second pixel of each pair is truncated.
 template <EncoderSet set>
 struct LumaOddTruncated {
+  static constexpr bool canBePacked = true;
+
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 1> operator()(const Pixels<Zim16s, N, 3>& rgb) const {
     constexpr FixedRow even = fixedRow(set.y, set.lumaBias), odd = fixedRow(set.y, set.lumaBias - 32768);
     return {Lane<Zim16s, N>::join(weighted<even>(lowHalves(rgb)), weighted<odd>(highHalves(rgb)))};
+  }
+  template <bool reversed, std::size_t Parts>
+  ZIM_INLINE static auto packed(const PackedBlock<Parts>& pixels) {
+    constexpr auto row = inMemory<reversed>(fixedRow(set.y, 0));
+    constexpr std::int64_t even = set.lumaBias, odd = set.lumaBias - 32768;
+    const auto biases = bitsAs<Zim32s>(Lane<std::int64_t, kLanes<std::int64_t>>(even | odd << 32));
+    return narrow<Zim16s>(
+        joined(perChannel<Parts>([&](auto i) ZIM_LAMBDA { return (packedDot<row>(pixels[i]) + biases) >> 16; })));
   }
 };
 
@@ -66,16 +88,15 @@ ZIM_INLINE Pixels<Zim16s, N / 2, 3> pairSums(const Rows<N, rows>& rgb) {
   });
 }
 
-// (c . sum + bias of one pixel * pixels) >> (16 + log2(pixels)) over as many pixels as share chroma: a pair, a block of
+// (c . sum + bias * pixels) >> (16 + log2(pixels)) over as many pixels as share chroma: a pair, a block of
 // 2 x 2, or four in a row. The trim is added to the sum of Cr.
 template <EncoderSet set, int pixelsAcross, int rowsDown, Zim32s bias, Zim32s crTrim = 0>
 struct MeanChroma {
   static constexpr int across = pixelsAcross, rows = rowsDown;
+  static constexpr bool canBePacked = true;
 
   template <int N>
   ZIM_INLINE Chroma<N / across> operator()(const Rows<N, rows>& rgb) {
-    constexpr int pixels = across * rows, shift = 16 + std::bit_width(unsigned{pixels}) - 1;
-    constexpr FixedRow cb = fixedRow(set.cb, bias * pixels), cr = fixedRow(set.cr, bias * pixels + crTrim);
     const auto sums = pairSums<N, rows>(rgb);
     if constexpr (across == 2) {
       return {weighted<cb, shift>(sums), weighted<cr, shift>(sums)};
@@ -84,7 +105,24 @@ struct MeanChroma {
     }
   }
 
+  template <bool reversed, std::size_t Parts>
+  ZIM_INLINE static auto packed(const PackedBlock<Parts>& pairs) {
+    const auto both = [](const auto& sums) ZIM_LAMBDA {
+      return std::array{packedWeighted<inMemory<reversed>(cb), shift>(sums),
+                        packedWeighted<inMemory<reversed>(cr), shift>(sums)};
+    };
+    if constexpr (across == 2) {
+      return both(pairs);
+    } else {
+      return both(
+          perChannel<Parts / 2>([&](auto i) ZIM_LAMBDA { return neighbourSums(pairs[2 * i], pairs[2 * i + 1]); }));
+    }
+  }
+
  private:
+  static constexpr int pixels = across * rows, shift = 16 + std::bit_width(unsigned{pixels}) - 1;
+  static constexpr FixedRow cb = fixedRow(set.cb, bias*pixels), cr = fixedRow(set.cr, bias*pixels + crTrim);
+
   // The same of the sums of neighbouring pairs.
   template <FixedRow row, int shift, int N>
   ZIM_INLINE static Lane<Zim16s, N / 2> ofNeighbours(const Pixels<Zim16s, N, 3>& sums) {
@@ -110,16 +148,29 @@ using QuadEighth = MeanChroma<set, 4, 1, kChromaEighth>;
 template <int rowsDown>
 struct YuvChroma {
   static constexpr int across = 2, rows = rowsDown;
+  static constexpr bool canBePacked = true;
 
   template <int N>
   ZIM_INLINE Chroma<N / 2> operator()(const Rows<N, rows>& rgb) {
     const auto sums = pairSums<N, rows>(rgb);
     // ((B << 16) - S + 65535) >> 16 == B - (S >> 16)
-    const auto luma = fixedDot<FixedRow{{EYUV[1], EYUV[0], EYUV[2]}, 0}>(sums[1], sums[0], sums[2]) - (rows - 1);
-    const auto u = sums[2] - luma, v = sums[0] - luma;
+    return differences(sums[0], sums[2], weighted<fixedRow(EYUV, 0)>(sums));
+  }
+
+  template <bool reversed, std::size_t Parts>
+  ZIM_INLINE static auto packed(const PackedBlock<Parts>& pairs) {
+    const auto ends = firstAndThird(pairs);
+    return differences(ends[reversed ? 1 : 0], ends[reversed ? 0 : 1],
+                       packedWeighted<inMemory<reversed>(fixedRow(EYUV, 0))>(pairs));
+  }
+
+ private:
+  template <int N>
+  ZIM_INLINE static Chroma<N> differences(Lane<Zim16s, N> r, Lane<Zim16s, N> b, Lane<Zim16s, N> sum) {
+    const auto luma = sum - (rows - 1), u = b - luma, v = r - luma;
     // 57475 = 65536 - 8061, so that the factor fits 16 bits.
-    const auto scaledU = multiplyHigh(u, Lane<Zim16s, N / 2>(32244));
-    const auto scaledV = v + multiplyHigh(v, Lane<Zim16s, N / 2>(-8061));
+    const auto scaledU = multiplyHigh(u, Lane<Zim16s, N>(32244));
+    const auto scaledV = v + multiplyHigh(v, Lane<Zim16s, N>(-8061));
     return {(scaledU >> rows) + 128, clamp((scaledV >> rows) + 128, 0, 255)};
   }
 };
@@ -163,15 +214,40 @@ struct FilteredChroma {
 
 // ---- Coders ----
 
+template <class Rule>
+concept CanBePacked = requires {
+  Rule::canBePacked;
+};
+
 template <class LumaRule, class ChromaRule>
 struct Coder {
   static constexpr int across = ChromaRule::across, rows = ChromaRule::rows;
-  using LumaOfPixel = LumaRule;
 
   template <int N>
   ZIM_INLINE Code<N, rows, across> operator()(const Rows<N, rows>& rgb) {
-    return {perChannel<rows>([&](auto row) ZIM_LAMBDA { return LumaRule()(rgb[row])[0]; }),
+    return {perChannel<rows>([&](auto row) ZIM_LAMBDA { return unwoven(LumaRule()(rgb[row])[0]); }),
             chromaRule.template operator()<N>(rgb)};
+  }
+
+  // The parts of a block are loaded two by two, as they are used, so that few registers are live at a time.
+  template <bool reversed, int N, class Load>
+  ZIM_INLINE static Code<N, rows, across> packed(const Load& load) requires CanBePacked<LumaRule> &&
+      CanBePacked<ChromaRule> {
+    constexpr std::size_t twos = N / kLanes<Zim32s> / 2;
+    std::array<std::array<Lane<Zim16s, N / static_cast<int>(twos)>, twos>, rows> luma;
+    PackedBlock<twos> pairs;
+    forChannels<twos>([&](auto two) ZIM_LAMBDA {
+      PackedBlock<2> sums;
+      forChannels<rows>([&](auto row) ZIM_LAMBDA {
+        const PackedBlock<2> pixels = {load(row, std::integral_constant<std::size_t, 2 * two>()),
+                                       load(row, std::integral_constant<std::size_t, 2 * two + 1>())};
+        luma[row][two] = LumaRule::template packed<reversed>(pixels);
+        forChannels<2>([&](auto i) ZIM_LAMBDA { sums[i] = row == 0 ? pixels[i] : sums[i] + pixels[i]; });
+      });
+      pairs[two] = neighbourSums(sums[0], sums[1]);
+    });
+    return {perChannel<rows>([&](auto row) ZIM_LAMBDA { return narrow<Zim8u>(joined(luma[row])); }),
+            ChromaRule::template packed<reversed>(pairs)};
   }
 
  private:
@@ -180,15 +256,23 @@ struct Coder {
 
 // Neither luma nor chroma takes the values 0 and 255.
 template <class Base>
-struct Guarded : Base {
-  using Base::across, Base::rows;
+struct Guarded {
+  static constexpr int across = Base::across, rows = Base::rows;
 
   template <int N>
   ZIM_INLINE Code<N, rows, across> operator()(const Rows<N, rows>& rgb) {
-    const auto guarded = [](const auto& lanes) ZIM_LAMBDA { return clamp(lanes, 1, 254); };
-    const auto code = Base::template operator()<N>(rgb);
-    return {perChannel<rows>([&](auto row) ZIM_LAMBDA { return guarded(code.luma[row]); }),
-            {guarded(code.chroma[0]), guarded(code.chroma[1])}};
+    return guarded(Base().template operator()<N>(rgb));
+  }
+  template <bool reversed, int N, class Load>
+  ZIM_INLINE static Code<N, rows, across> packed(const Load& load) {
+    return guarded(Base::template packed<reversed, N>(load));
+  }
+
+ private:
+  template <int N>
+  ZIM_INLINE static Code<N, rows, across> guarded(const Code<N, rows, across>& code) {
+    return {perChannel<rows>([&](auto row) ZIM_LAMBDA { return clamp(code.luma[row], 1, 254); }),
+            {clamp(code.chroma[0], 1, 254), clamp(code.chroma[1], 1, 254)}};
   }
 };
 template <class Kernel>
@@ -212,7 +296,8 @@ struct FloatCoder {
     });
     const auto other = [](auto r, auto g, auto b)
                            ZIM_LAMBDA { return ((0.257F * r + 16.5F) + 0.504F * g) + 0.098F * b; };
-    return {{Lane<Zim16s, N>::join(first, lumaOf(highHalves(rgb[0]), other)), lumaOf(rgb[1], other)}, chroma<N>(rgb)};
+    const auto upper = Lane<Zim16s, N>::join(first, lumaOf(highHalves(rgb[0]), other));
+    return {{unwoven(upper), unwoven(lumaOf(rgb[1], other))}, chroma<N>(rgb)};
   }
 
  private:

@@ -7,20 +7,11 @@ using namespace zim;
 
 namespace {
 
-// Interleaved bytes, each mapped by the forward gamma curve as it is read.
-struct CurvedC3 : C3<Zim8u> {
-  template <int N, Extent>
-  ZIM_INLINE static Pixels<Zim8u, N, 3> load(Position<const std::byte, 1> from) {
-    alignas(kRegisterBytes) std::array<std::byte, 3 * N> mapped;
-    for (std::size_t i = 0; i < mapped.size(); ++i) {
-      mapped[i] = std::byte{gammaCurveFwd8u[static_cast<std::size_t>(from.plane[0][i])]};
-    }
-    return C3<Zim8u>::load<N, Extent::whole>({{mapped.data()}});
-  }
-};
-
 using RgbC3 = Rgb<C3<Zim8u>>;
-using RgbCurved = Rgb<CurvedC3>;
+// Every sample mapped by the forward gamma curve first.
+struct RgbCurved : RgbC3 {
+  static Zim8u mapped(std::byte sample) { return gammaCurveFwd8u[static_cast<std::size_t>(sample)]; }
+};
 using RgbAC4 = Rgb<AC4<Zim8u>>;
 using RgbP3 = Rgb<P3<Zim8u>>;
 using BgrC3 = Bgr<C3<Zim8u>>;

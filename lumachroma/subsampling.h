@@ -30,15 +30,17 @@ ZIM_INLINE Pixels<Zim16s, N, 3> loadWoven(Position<const std::byte, Layout::plan
 template <class SourceLayout>
 struct Rgb {
   using Layout = SourceLayout;
+  static constexpr bool reversed = false;
 
   template <class Lanes>
   ZIM_INLINE static std::array<Lanes, 3> colours(const std::array<Lanes, 3>& pixels) {
-    return pixels;
+    return {pixels[0], pixels[1], pixels[2]};
   }
 };
 template <class SourceLayout>
 struct Bgr {
   using Layout = SourceLayout;
+  static constexpr bool reversed = true;
 
   template <class Lanes>
   ZIM_INLINE static std::array<Lanes, 3> colours(const std::array<Lanes, 3>& pixels) {
@@ -46,11 +48,23 @@ struct Bgr {
   }
 };
 
+// A source may have every sample mapped by a table first.
+template <class Source>
+concept MapsSamples = requires(std::byte sample) {
+  Source::mapped(sample);
+};
+
 // One pixel, for a kernel on 16-bit lanes.
 template <class Source>
 ZIM_INLINE Pixels<Zim16s, 1, 3> loadPixel(Position<const std::byte, Source::Layout::planes> from) {
   const auto pixel = Source::Layout::template load<1, Extent::whole>(from);
-  return Source::colours(perChannel<3>([&](auto c) ZIM_LAMBDA { return convert<Zim16s>(pixel[c]); }));
+  return Source::colours(perChannel<3>([&](auto c) ZIM_LAMBDA {
+    if constexpr (MapsSamples<Source>) {
+      return Lane<Zim16s, 1>(Source::mapped(static_cast<std::byte>(pixel[c].v)));
+    } else {
+      return convert<Zim16s>(pixel[c]);
+    }
+  }));
 }
 
 // ---- Targets: where the samples of a row of groups go ----
@@ -86,18 +100,17 @@ struct Packed {
     Packed row() { return {samples}; }
   };
 
+  Packed at(std::ptrdiff_t x) const { return {samples + 2 * x}; }
+
   template <int N>
   ZIM_INLINE void store(std::ptrdiff_t x, const Code<N, 1, 2>& code) const {
-    const auto [even, odd] = code.luma[0].v;
     const auto& [cb, cr] = code.chroma;
-    const auto both = [](auto low, auto high) ZIM_LAMBDA { return bitsAs<Zim16u>(low | (high << 8)); };
+    const auto pairs = bitsAs<Zim8u>(order == Stream::YCrYCb ? cr | (cb << 8) : cb | (cr << 8));
     std::byte* const to = samples + 2 * x;
-    if constexpr (order == Stream::YCbYCr) {
-      zim::store<Zim16u, N / 2, 2>(to, {both(even, cb), both(odd, cr)});
-    } else if constexpr (order == Stream::YCrYCb) {
-      zim::store<Zim16u, N / 2, 2>(to, {both(even, cr), both(odd, cb)});
+    if constexpr (order == Stream::CbYCrY) {
+      zim::store<Zim8u, N, 2>(to, {pairs, code.luma[0]});
     } else {
-      zim::store<Zim16u, N / 2, 2>(to, {both(cb, even), both(cr, odd)});
+      zim::store<Zim8u, N, 2>(to, {code.luma[0], pairs});
     }
   }
   void copy(std::ptrdiff_t x, const Packed& from, std::ptrdiff_t pixels) const {
@@ -132,7 +145,7 @@ struct Planes {
 
   template <int N>
   ZIM_INLINE void store(std::ptrdiff_t x, const Code<N, rows, across>& code) const {
-    forChannels<rows>([&](auto row) ZIM_LAMBDA { zim::store<Zim8u, N, 1>(luma[row] + x, {unwoven(code.luma[row])}); });
+    forChannels<rows>([&](auto row) ZIM_LAMBDA { zim::store<Zim8u, N, 1>(luma[row] + x, {code.luma[row]}); });
     storeBytes(cb + x / across, code.chroma[0], cr + x / across, code.chroma[1]);
   }
   void copy(std::ptrdiff_t x, const Planes& from, std::ptrdiff_t pixels) const {
@@ -203,7 +216,7 @@ struct SemiPlanar {
 
   template <int N>
   ZIM_INLINE void store(std::ptrdiff_t x, const Code<N, 2, 2>& code) const {
-    forChannels<2>([&](auto row) ZIM_LAMBDA { zim::store<Zim8u, N, 1>(luma[row] + x, {unwoven(code.luma[row])}); });
+    forChannels<2>([&](auto row) ZIM_LAMBDA { zim::store<Zim8u, N, 1>(luma[row] + x, {code.luma[row]}); });
     zim::store<Zim16s, N / 2, 1>(chroma + x, {code.chroma[0] | (code.chroma[1] << 8)});
   }
   void copy(std::ptrdiff_t x, const SemiPlanar& from, std::ptrdiff_t pixels) const {
@@ -214,16 +227,36 @@ struct SemiPlanar {
 
 // ---- The walk ----
 
-template <class Source, int rows>
+inline constexpr bool kPackC3 = kHalves > 1;
+
+template <class Source, std::size_t rows>
 using SourceRows = std::array<Position<const std::byte, Source::Layout::planes>, rows>;
+
+// N pixels of each row, through the coder. Interleaved bytes stay packed if the coder has a form for them; with three
+// samples that takes a shuffle of bytes.
+template <class Source, int N, class GroupCoder, std::size_t rows>
+ZIM_INLINE auto encodeBlock(GroupCoder& coder, const SourceRows<Source, rows>& from, std::ptrdiff_t x) {
+  using Layout = typename Source::Layout;
+  const auto at = [&](std::size_t row) ZIM_LAMBDA { return from[row].at(x * Layout::pixelBytes); };
+  constexpr bool isPacked = std::is_same_v<Layout, AC4<Zim8u>> || (std::is_same_v<Layout, C3<Zim8u>> && kPackC3);
+  const auto loadPacked = [&](auto row, auto part)
+                              ZIM_LAMBDA { return loadPart<Layout::pixelBytes, N, part>(at(row).plane[0]); };
+  if constexpr (isPacked && requires { GroupCoder::template packed<Source::reversed, N>(loadPacked); }) {
+    return GroupCoder::template packed<Source::reversed, N>(loadPacked);
+  } else {
+    return coder.template operator()<N>(
+        perChannel<rows>([&](auto row) ZIM_LAMBDA { return Source::colours(loadWoven<Layout, N>(at(row))); }));
+  }
+}
 
 // So many pixels of whole groups, of every row of the groups. The coder may carry something from block to block.
 template <class Source, class Target, class GroupCoder>
-[[gnu::noinline]] void encodeGroups(SourceRows<Source, Target::rows> from, Target to, std::ptrdiff_t pixels) {
+[[gnu::noinline]] void encodeGroups(SourceRows<Source, Target::rows> from, Target to, std::ptrdiff_t pixels,
+                                    GroupCoder& carried) {
   using Layout = typename Source::Layout;
   constexpr std::size_t rows = Target::rows;
   constexpr int block = kLanes<Zim16s> * Target::across;
-  GroupCoder coder;
+  GroupCoder coder = carried;
   std::ptrdiff_t x = 0, end = (Layout::hasGaps ? pixels - 1 : pixels) / block * block;
   const auto rest = static_cast<int>(pixels - end);
   std::array<Block<Layout, block>, rows> sourceRest;
@@ -242,13 +275,32 @@ template <class Source, class Target, class GroupCoder>
     }
     const std::ptrdiff_t last = round == 0 ? end : block;
     for (; x < last; x += block) {
-      const auto rgb = perChannel<rows>([&](auto row) ZIM_LAMBDA {
-        return Source::colours(loadWoven<Layout, block>(from[row].at(x * Layout::pixelBytes)));
-      });
-      to.template store<block>(x, coder.template operator()<block>(rgb));
+      to.template store<block>(x, encodeBlock<Source, block>(coder, from, x));
     }
   }
   if (rest > 0) image.copy(end, to, rest);
+  carried = coder;
+}
+
+// The same of a source whose samples are mapped first: stretch by stretch, in a buffer. Two bytes are stored at a time,
+// since stores are what mapping waits for.
+template <class Source, class Target, class GroupCoder>
+void encodeMapped(Position<const std::byte, 1> from, Target to, std::ptrdiff_t pixels, GroupCoder& coder) {
+  constexpr std::ptrdiff_t stretch = 512, pixelBytes = Source::Layout::pixelBytes;
+  static_assert(Target::across % 2 == 0 && Target::rows == 1);
+  alignas(kRegisterBytes) std::array<std::byte, stretch * pixelBytes> buffer;
+  for (std::ptrdiff_t x = 0; x < pixels; x += stretch) {
+    const std::ptrdiff_t count = std::min(stretch, pixels - x);
+    const std::byte* const samples = from.plane[0] + x * pixelBytes;
+    for (std::ptrdiff_t i = 0; i < count * pixelBytes; i += 2 * pixelBytes) {
+      forChannels<pixelBytes>([&](auto two) ZIM_LAMBDA {
+        const std::size_t at = static_cast<std::size_t>(i) + 2 * two;
+        const auto both = static_cast<Zim16u>(Source::mapped(samples[at]) | Source::mapped(samples[at + 1]) << 8);
+        std::memcpy(&buffer[at], &both, sizeof(both));
+      });
+    }
+    encodeGroups<Source, Target, GroupCoder>({{{{buffer.data()}}}}, to.at(x), count, coder);
+  }
 }
 
 // ---- Tails: what becomes of the pixels beyond the last whole group of a row ----
@@ -341,7 +393,12 @@ ZimResult encode(const Encoding<least, typename Source::Layout, Image>& call) {
     const auto from =
         perChannel<rows>([&](auto i) { return sourceRow(y * rows + static_cast<std::ptrdiff_t>(i.value)); });
     const auto to = call.target.row(y);
-    encodeGroups<Source, Target, Coder>(from, to, grouped);
+    Coder coder;
+    if constexpr (MapsSamples<Source>) {
+      encodeMapped<Source>(from[0], to, grouped, coder);
+    } else {
+      encodeGroups<Source>(from, to, grouped, coder);
+    }
     if constexpr (!std::is_same_v<Tail, LeftAlone>) {
       if (grouped < width) Tail::template run<Source>(from, to, grouped);
     }

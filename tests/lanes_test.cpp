@@ -13,6 +13,7 @@
 #include "frame/lanes/fixed_point.h"
 #include "frame/lanes/lookup.h"
 #include "frame/lanes/memory.h"
+#include "frame/lanes/packed.h"
 #include "frame/lanes/zip.h"
 #include "tone/power_curve.h"
 
@@ -480,6 +481,60 @@ void expectPackedSums() {
 TEST(PackedPixels, WeightedSums) {
   expectPackedSums<3>();
   expectPackedSums<4>();
+}
+
+// Blocks of packed pixels, the middle sample with a coefficient beyond 16 bits, and then the sums of pairs, with the
+// first and the last beyond.
+template <std::size_t Stride, int N>
+void expectPackedBlock() {
+  constexpr std::size_t parts = N / kLanes<Zim32s>;
+  const auto image = samples<Zim8u>(6);
+  const auto* bytes = reinterpret_cast<const std::byte*>(image.data());
+  const auto block = perChannel<parts>([&](auto i) { return loadPart<Stride, N, i>(bytes); });
+  const auto pairs = perChannel<parts / 2>([&](auto i) { return neighbourSums(block[2 * i], block[2 * i + 1]); });
+  Zim16s pixelSums[N], pairSums[N / 2], first[N / 2], third[N / 2];
+  storeLanes(pixelSums, packedWeighted<FixedRow{{16843, 33031, 6423}, 1081344}>(block));
+  storeLanes(pairSums, packedWeighted<FixedRow{{33489, -7668, 40000}, -1000}, 17>(pairs));
+  const auto ends = firstAndThird(pairs);
+  storeLanes(first, ends[0]);
+  storeLanes(third, ends[1]);
+  for (std::size_t x = 0; x < N; ++x) {
+    const Zim8u* p = &image[x * Stride];
+    ASSERT_EQ(pixelSums[x], (16843 * p[0] + 33031 * p[1] + 6423 * p[2] + 1081344) >> 16) << Stride << ", " << x;
+    if (x % 2 != 0) continue;
+    const Zim8u* q = p + Stride;
+    ASSERT_EQ(first[x / 2], p[0] + q[0]);
+    ASSERT_EQ(third[x / 2], p[2] + q[2]);
+    ASSERT_EQ(pairSums[x / 2], (33489 * (p[0] + q[0]) - 7668 * (p[1] + q[1]) + 40000 * (p[2] + q[2]) - 1000) >> 17);
+  }
+}
+
+TEST(PackedPixels, Blocks) {
+  if constexpr (kHalves > 1) {
+    expectPackedBlock<3, kLanes<Zim8u>>();
+    expectPackedBlock<3, 2 * kLanes<Zim8u>>();
+  }
+  expectPackedBlock<4, kLanes<Zim8u>>();
+  expectPackedBlock<4, 2 * kLanes<Zim8u>>();
+}
+
+TEST(Pairs, NeighboursAndPlacesInABlock) {
+  constexpr int lanes = kLanes<Zim16s>;
+  const auto a = samples<Zim16s>(7), b = samples<Zim16s>(8);
+  for (std::size_t i = 0; i + 2 * lanes <= a.size(); i += 2 * lanes) {
+    Zim32s products[lanes];
+    storeLanes(products, neighbourDot(loadLanes<Zim16s, 2 * lanes>(&a[i]), -19071));
+    Zim16s moved[lanes];
+    storeLanes(moved, movedUp(loadLanes<Zim16s, lanes>(&a[i]), loadLanes<Zim16s, lanes>(&b[i])));
+    std::byte bytes[2][lanes];
+    storeBytes(bytes[0], loadLanes<Zim16s, lanes>(&a[i]), bytes[1], loadLanes<Zim16s, lanes>(&b[i]));
+    for (std::size_t k = 0; k < lanes; ++k) {
+      ASSERT_EQ(products[k], -19071 * (a[i + 2 * k] + a[i + 2 * k + 1]));
+      ASSERT_EQ(moved[k], k == 0 ? b[i + lanes - 1] : a[i + k - 1]);
+      ASSERT_EQ(static_cast<int>(bytes[0][k]), std::clamp<int>(a[i + k], 0, 255));
+      ASSERT_EQ(static_cast<int>(bytes[1][k]), std::clamp<int>(b[i + k], 0, 255));
+    }
+  }
 }
 
 // In every interval at its ends and in between; the rest of the bound is for errors of rounding elsewhere.
