@@ -154,12 +154,12 @@ class Model {
   void fillNoise(float low, float high) {
     zim::ZimUniformNoise16s* ofIndices = nullptr;
     zim::ZimUniformNoise32f* ofValues = nullptr;
-    uniformNoiseInit<Zim16s>(&ofIndices, 0, 1024, 0);
-    uniformNoiseInit<Zim32f>(&ofValues, low, high, 0);
-    uniformNoiseFill<Zim16s>(indices_.data(), 1024, ofIndices);
-    uniformNoiseFill<Zim32f>(values_.data(), 1024, ofValues);
-    uniformNoiseFree(ofIndices);
-    uniformNoiseFree(ofValues);
+    zim::uniformNoiseInit<Zim16s>(&ofIndices, 0, 1024, 0);
+    zim::uniformNoiseInit<Zim32f>(&ofValues, low, high, 0);
+    zim::uniformNoiseFill<Zim16s>(indices_.data(), 1024, ofIndices);
+    zim::uniformNoiseFill<Zim32f>(values_.data(), 1024, ofValues);
+    zim::uniformNoiseFree(ofIndices);
+    zim::uniformNoiseFree(ofValues);
   }
   float noise(int x, int y) const {
     return values_[static_cast<std::size_t>((indices_[static_cast<std::size_t>(x & 1023)] + 2 * y + x) & 1023)];
@@ -410,19 +410,19 @@ TEST(ReduceBits, KnownValues) {
 
 TEST(Noise, KnownTableAndRefusals) {
   zim::ZimUniformNoise16s* state = nullptr;
-  ASSERT_EQ(uniformNoiseInit<Zim16s>(&state, 0, 1024, 0), zimResultOk);
+  ASSERT_EQ(zim::uniformNoiseInit<Zim16s>(&state, 0, 1024, 0), zimResultOk);
   std::array<Zim16s, 8> table;
-  ASSERT_EQ(uniformNoiseFill<Zim16s>(table.data(), 8, state), zimResultOk);
+  ASSERT_EQ(zim::uniformNoiseFill<Zim16s>(table.data(), 8, state), zimResultOk);
   EXPECT_EQ(table, (std::array<Zim16s, 8>{0, 133, 216, 412, 361, 758, 844, 242}));
-  EXPECT_EQ(uniformNoiseInit<Zim16s>(nullptr, 0, 1, 0), zimResultNullPointer);
-  EXPECT_EQ(uniformNoiseFill<Zim16s>(nullptr, 8, state), zimResultNullPointer);
-  EXPECT_EQ(uniformNoiseFill<Zim16s>(table.data(), 0, state), zimResultBadSize);
-  EXPECT_EQ(uniformNoiseFree<Zim16s>(nullptr), zimResultNullPointer);
+  EXPECT_EQ(zim::uniformNoiseInit<Zim16s>(nullptr, 0, 1, 0), zimResultNullPointer);
+  EXPECT_EQ(zim::uniformNoiseFill<Zim16s>(nullptr, 8, state), zimResultNullPointer);
+  EXPECT_EQ(zim::uniformNoiseFill<Zim16s>(table.data(), 0, state), zimResultBadSize);
+  EXPECT_EQ(zim::uniformNoiseFree<Zim16s>(nullptr), zimResultNullPointer);
   state->identifier = 37;
-  EXPECT_EQ(uniformNoiseFill<Zim16s>(table.data(), 8, state), zim::zimResultBadContext);
-  EXPECT_EQ(uniformNoiseFree(state), zim::zimResultBadContext);
+  EXPECT_EQ(zim::uniformNoiseFill<Zim16s>(table.data(), 8, state), zim::zimResultBadContext);
+  EXPECT_EQ(zim::uniformNoiseFree(state), zim::zimResultBadContext);
   state->identifier = 36;
-  EXPECT_EQ(uniformNoiseFree(state), zimResultOk);
+  EXPECT_EQ(zim::uniformNoiseFree(state), zimResultOk);
 }
 
 // ---- Memory ----
@@ -526,7 +526,7 @@ TEST(OneBit, EveryOffsetAndWidthAsModelled) {
         expectBits(offset, {width, 3}, dither, static_cast<Zim8u>(100 + width));
       }
     }
-    for (const Zim8u threshold : {0, 1, 127, 254, 255}) {
+    for (const Zim8u threshold : std::initializer_list<Zim8u>{0, 1, 127, 254, 255}) {
       for (const int height : {1, 2, 16, 17, 31, 33, 70}) expectBits(3, {301, height}, dither, threshold);
     }
   }

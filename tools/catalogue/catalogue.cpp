@@ -165,9 +165,9 @@ const std::vector<FormOfExports>& formsOfExports() {
       {"zimiReduceBits_8u1u_*", "threshold", {{"dither", zimDitherKindNone}}},
       {"zimiReduceBits_!(8u1u)_*", "none", {{"dither", zimDitherKindNone}}},
       {"zimiReduceBits_!(8u1u)_*", "bayer", {{"dither", zimDitherKindBayer}}},
-      {"zimiReduceBits_!(8u1u)_*", "bayer-noise", {{"dither", zimDitherKindBayer}, {"noise", 30}}},
+      {"zimiReduceBits_@(8u|32f16s)_*", "bayer-noise", {{"dither", zimDitherKindBayer}, {"noise", 30}}},
       {"zimiReduceBits_!(8u1u)_*", "stucki", {{"dither", zimDitherKindStucki}}},
-      {"zimiReduceBits_!(8u1u)_*", "stucki-noise", {{"dither", zimDitherKindStucki}, {"noise", 30}}},
+      {"zimiReduceBits_@(8u|32f16s)_*", "stucki-noise", {{"dither", zimDitherKindStucki}, {"noise", 30}}},
   };
   return table;
 }
