@@ -412,7 +412,7 @@ void expectAveragesAndDistances() {
   expectSameInAllForms<T, T>(
       "averageUp", [](auto a, auto b) { return averageUp(a, b); },
       [](T a, T b) { return static_cast<T>((a + b + 1) >> 1); });
-  constexpr int kWhite = std::numeric_limits<T>::max();
+  static constexpr int kWhite = std::numeric_limits<T>::max();
   expectSameInAllForms<T, T>(
       "addSaturated", [](auto a, auto b) { return addSaturated(a, b); },
       [](T a, T b) { return static_cast<T>(std::min(a + b, kWhite)); });
