@@ -224,14 +224,14 @@ class Conversion {
     const int pixelBytes = e.to == To::planes ? 1 : e.to == To::word ? 2 : e.to == To::rgb || e.to == To::bgr ? 3 : 4;
     step = s.size.width * pixelBytes + (e.call.hasSteps ? 5 : 0);
     planeBytes = static_cast<std::size_t>(step * s.size.height) + 8;
-    result.assign(3 * planeBytes, kUntouched);
+    result.assign((e.to == To::planes ? 3 : 1) * planeBytes, kUntouched);
     expected = result;
   }
 
   void run() {
     Operands o{{&memory[0][0], &memory[1][0], &memory[2][0]},
                steps,
-               {&result[0], &result[planeBytes], &result[2 * planeBytes]},
+               {&result[0], &result[result.size() / 3], &result[result.size() / 3 * 2]},
                step,
                s.size};
     const bool odd = s.size.width % s.across != 0 || s.size.height % s.down != 0;
