@@ -54,8 +54,8 @@ struct Down {
 // ---- To HLS -------------------------------------------------------------------------------------------------------
 
 // Of integers from 0 to F, with M and m their extremes, in integers as far as words hold them:
-//   H = 60 (G - B) / (M - m), or 60 (B - R) / (M - m) + 120, or 60 (R - G) / (M - m) + 240 where R, else G, else B is
-//   M,
+//   H = 60 (G - B) / (M - m)        where R is M,
+//       60 (B - R) / (M - m) + 120  else where G is M, and 60 (R - G) / (M - m) + 240 else;
 //       moved up by 360 if negative; stored as trunc(H F / 360 + 0.5)
 //   L = (M + m) / 2, stored as trunc(L + 0.5)
 //   S = (M - m) / (M + m) up to half lightness, (M - m) / (2 F - (M + m)) above; stored as trunc(S F + 0.5)
@@ -163,8 +163,8 @@ ZIM_INLINE Pixels<Zim32f, N, 3> angles(Lane<Zim32f, N> hue) {
 }
 
 // Rising: (m2 - m1) t / 60 + m1, falling: (m2 - m1) (240 - t) / 60 + m1. One division serves all three channels, as
-// only one is on its way, unless green starts before red has arrived: for negative hues, or where the angle of red has
-// been rounded up to 180. Gray needs no case of its own as long as hue is finite: m1 and m2 are then both L, exactly.
+// only one is on its way, unless green rises beside another: for negative hues, or where the angle of red has been
+// rounded up to 180. Gray needs no case of its own as long as hue is finite: m1 and m2 are then both L, exactly.
 template <int N>
 ZIM_INLINE Pixels<Zim32f, N, 3> between(const Extremes<N>& of, Lane<Zim32f, N> hue) {
   using Floats = Lane<Zim32f, N>;
