@@ -47,6 +47,7 @@ constexpr auto kDivided = [](auto sum, Zim32f white) ZIM_LAMBDA { return sum / w
 // No result leaves 0 to 255.
 struct ToLab8u {
   using Sample = Zim32f;
+  static constexpr int registers = 2;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& bgr) const {
