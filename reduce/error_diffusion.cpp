@@ -91,8 +91,7 @@ struct Rule {
     const auto takesUpper = aboveLower > (withNoise ? threshold : Lanes(middle));
     const auto isWhite = u >= Lanes(white), isBlack = u < Lanes(black);
     const Lanes error = select(takesUpper, u - upper, aboveLower);
-    const Lanes stored = n * storedStep;
-    const Lanes result = select(takesUpper, stored + storedStep, stored);
+    const Lanes result = n * storedStep + masked(takesUpper, Lanes(storedStep));
     return {masked(~(isWhite | isBlack), error), masked(~isBlack, select(isWhite, Lanes(storedWhite), result))};
   }
 };

@@ -72,9 +72,9 @@ void writeChannel(const Zim32f* from, std::ptrdiff_t count, const StoredLevels& 
     } else {
       alignas(kRegisterBytes) std::byte apart[kRegisterBytes];
       store<T, block, 1>(apart, {samples});
-      for (std::ptrdiff_t i = 0; i < block; ++i) {
-        std::memcpy(to + (x + i) * pixelBytes, apart + i * std::ptrdiff_t{sizeof(T)}, sizeof(T));
-      }
+      forChannels<block>([&](auto i) ZIM_LAMBDA {
+        std::memcpy(to + (x + std::ptrdiff_t{i}) * pixelBytes, apart + i * sizeof(T), sizeof(T));
+      });
     }
   }
   for (; x < count; ++x) store<T, 1, 1>(to + x * pixelBytes, {samplesAt(x, std::integral_constant<int, 1>())});

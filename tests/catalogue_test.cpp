@@ -75,7 +75,9 @@ constexpr Described kDescribed[] = {
     {"zimiYCbCr1620To420_8u_P3R", "YCbCr1620 P3 8u [1 1@4x4 1@4x4] array, steps",
      "YCbCr420 P3 8u [1 1@2x2 1@2x2] array, steps"},
     {"zimiYCbCr411_8u_P2P3R", "YCbCr411 P2 8u [1 2@4x1], steps", "YCbCr411 P3 8u [1 1@4x1 1@4x1] array, steps"},
-    {"zimiReduceBits_8u1u_C1R", " C1 8u [1]", " C1 1u [1]"},
+    {"zimiReduceBits_8u1u_C1R", " C1 8u [1]", " C1 1u [1]",
+     "dstBitOffset:32s unread1:32s unread2:32s dither:32s threshold:8u"},
+    {"zimiReduceBits_32f16s_AC4R", " AC4 32f [3/4]", " AC4 16s [3/4]", "noise:32s dither:32s levels:32s"},
     {"zimiBGRToHLS_8u_AP4C4R", "BGR AP4 8u [1 1 1 1] array", "HLS C4 8u [4]"},
 };
 
@@ -175,6 +177,26 @@ TEST(Caller, PassesSteplessSides) {
   EXPECT_EQ(received.source[0], source.row(0, 0));
   EXPECT_EQ(received.source[1], destination.row(1, 0));
   EXPECT_EQ(source.row(0, 1) - source.row(0, 0), 18);
+}
+
+TEST(Caller, PassesArgumentsAheadOfTheSize) {
+  const auto function = +[](const Zim8u*, Zim32s, Zim8u*, Zim32s, Zim32s offset, ZimiSize size, Zim32s, Zim32s,
+                            Zim32s dither, Zim8u threshold) -> ZimResult {
+    return offset == 5 && size.width == kSize.width && dither == zimDitherKindStucki ? threshold : -1;
+  };
+  const Export e = standIn("zimiReduceBits_8u1u_C1R", reinterpret_cast<AnyFunction>(function));
+  Operands operands(e, kSize);
+  operands.value("dstBitOffset").set({5});
+  EXPECT_EQ(Caller(e)(operands), 127);
+}
+
+TEST(Catalogue, FormsBesideTheirExports) {
+  const Export* const form = find("zimiReduceBits_8u_C3R:bayer");
+  ASSERT_NE(form, nullptr);
+  EXPECT_EQ(form->function, find("zimiReduceBits_8u_C3R")->function);
+  EXPECT_EQ(form->further[1].usual, std::vector<double>{zimDitherKindBayer});
+  EXPECT_EQ(find("zimiRGBToGray_8u_C3C1R:bayer"), nullptr);
+  EXPECT_GT(forms().size(), exports().size());
 }
 
 TEST(Image, DigestTakesAnyNotANumberAsOne) {

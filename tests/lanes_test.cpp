@@ -279,6 +279,16 @@ TEST(Conversion, NarrowingSaturates) {
   expectNarrowing<Zim32f, Zim64f>();
 }
 
+TEST(Conversion, LowBitsStay) {
+  const auto plain = []<class To>(To) { return [](Zim32s a, Zim32s) { return static_cast<To>(a); }; };
+  const auto bytes = [](auto a, auto) { return lowBits<Zim8u>(a); };
+  const auto words = [](auto a, auto) { return lowBits<Zim16u>(a); };
+  expectSame<Zim8u, 1, Zim32s>("lowBits", bytes, plain(Zim8u()));
+  expectSame<Zim8u, kLanes<Zim8u>, Zim32s>("lowBits", bytes, plain(Zim8u()));
+  expectSame<Zim16u, 1, Zim32s>("lowBits", words, plain(Zim16u()));
+  expectSame<Zim16u, kLanes<Zim16u>, Zim32s>("lowBits", words, plain(Zim16u()));
+}
+
 TEST(Conversion, WideningIsExact) {
   const auto widened = [](auto a, auto) { return widen(a); };
   const auto plain = [](auto a, auto) { return static_cast<Wider<decltype(a)>>(a); };
@@ -578,6 +588,21 @@ TEST(Tables, LookUp) {
   expectSameInAllForms<Zim32s, Zim32s>(
       "lookUp", [](auto a, auto) { return lookUp(kSquares, a & 255); },
       [](Zim32s a, Zim32s) { return (a & 255) * (a & 255); });
+}
+
+TEST(RowsSideBySide, TransposedAndShifted) {
+  constexpr std::size_t lanes = kLanes<Zim32s>;
+  const auto values = samples<Zim32s>(6);
+  const auto row = [&](std::size_t r) { return loadLanes<Zim32s, lanes>(&values[r * lanes]); };
+  const auto columns = transpose<Zim32s, lanes>({row(0), row(1), row(2), row(3)});
+  for (std::size_t i = 0; i < 4; ++i) {
+    Zim32s column[lanes];
+    storeLanes<Zim32s, lanes>(column, columns[i]);
+    for (std::size_t k = 0; k < lanes; ++k) EXPECT_EQ(column[k], values[k % 4 * lanes + k / 4 * 4 + i]);
+  }
+  Zim32s shifted[lanes];
+  storeLanes<Zim32s, lanes>(shifted, shiftedUp(row(1), &values[0]));
+  for (std::size_t k = 0; k < lanes; ++k) EXPECT_EQ(shifted[k], values[k == 0 ? 0 : lanes + k - 1]);
 }
 
 TEST(Masks, AnyFindsASingleLane) {

@@ -160,4 +160,8 @@ refuse 'usage: zimcc mosaic' mosaic red.png
 linked zimiYCoCgToBGR_16s8u_P3C4R && refuse "'300'" run zimiYCoCgToBGR_16s8u_P3C4R red.png new.png aval=300
 linked zimiGammaFwd_32f_C3R && refuse 'vMax must be above' run zimiGammaFwd_32f_C3R red.png new.png vMin=1
 
+linked zimiReduceBits_8u_C1R && refuse 'levels is out of range' run zimiReduceBits_8u_C1R red.png new.png levels=1
+linked zimiReduceBits_8u_C1R && refuse 'noise is out of range' run zimiReduceBits_8u_C1R red.png new.png noise=101
+linked zimiReduceBits_8u1u_C1R && refuse 'kind of dither' run zimiReduceBits_8u1u_C1R red.png new.png dither=1
+
 ((failures == 0)) || exit 1
