@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -145,7 +146,8 @@ constexpr Set kHdtv = {{13959, 46858, 4719}, {-7668, -25821, 33489}, {33489, -30
 
 int dot(const Colour& c, const Colour& rgb) { return c[0] * rgb[0] + c[1] * rgb[1] + c[2] * rgb[2]; }
 int yuvSum(const Colour& rgb) { return dot({19595, 38470, 7471}, rgb); }
-Colour sumOf(const std::vector<Colour>& pixels) {
+using Group = std::span<const Colour>;
+Colour sumOf(Group pixels) {
   Colour sum = {};
   for (const Colour& p : pixels) sum = {sum[0] + p[0], sum[1] + p[1], sum[2] + p[2]};
   return sum;
@@ -153,7 +155,7 @@ Colour sumOf(const std::vector<Colour>& pixels) {
 
 using Luma = std::function<int(const Colour& rgb, int x, int y)>;
 // Chroma of the pixels that share it, and for the filter of the second pixel of the pair before.
-using Chroma = std::function<std::array<int, 2>(const std::vector<Colour>& pixels, const Colour& before)>;
+using Chroma = std::function<std::array<int, 2>(Group pixels, const Colour& before)>;
 
 Luma exactLuma(const Set& set) {
   return [&](const Colour& rgb, int, int) { return (dot(set.y, rgb) + set.lumaBias) >> 16; };
@@ -166,32 +168,32 @@ int lumaYuv(const Colour& rgb, int, int) { return yuvSum(rgb) >> 16; }
 int lumaYuvRounded(const Colour& rgb, int, int) { return (yuvSum(rgb) + 32768) >> 16; }
 
 Chroma mean(const Set& set, int shift, int cbOffset, int crOffset) {
-  return [&set, shift, cbOffset, crOffset](const std::vector<Colour>& pixels, const Colour&) {
+  return [&set, shift, cbOffset, crOffset](Group pixels, const Colour&) {
     const Colour s = sumOf(pixels);
     return std::array{((dot(set.cb, s) + cbOffset) >> shift) & 255, ((dot(set.cr, s) + crOffset) >> shift) & 255};
   };
 }
 Chroma guarded(int shift, int cbOffset, int crOffset) {
-  return [=](const std::vector<Colour>& pixels, const Colour&) {
+  return [=](Group pixels, const Colour&) {
     const Colour s = sumOf(pixels);
     return std::array{std::clamp((dot(kHdtv.cb, s) + cbOffset) >> shift, 1, 254),
                       std::clamp((dot(kHdtv.cr, s) + crOffset) >> shift, 1, 254)};
   };
 }
-std::array<int, 2> yuvChroma(const std::vector<Colour>& pixels, const Colour&) {
+std::array<int, 2> yuvChroma(Group pixels, const Colour&) {
   const int n = static_cast<int>(pixels.size()), shift = n == 1 ? 16 : n == 2 ? 17 : 18;
   const Colour s = sumOf(pixels);
   const int tu = (s[2] * 65536 - yuvSum(s) + 32768 * n - 1) >> 16;
   const int tv = (s[0] * 65536 - yuvSum(s) + 32768 * n - 1) >> 16;
   return {(((tu * 32244) >> shift) - 128) & 255, std::clamp(((tv * 57475) >> shift) + 128, 0, 255)};
 }
-std::array<int, 2> filtered(const std::vector<Colour>& pixels, const Colour& before) {
+std::array<int, 2> filtered(Group pixels, const Colour& before) {
   const auto of = [&](const Colour& c) {
     return (((dot(c, pixels[0]) >> 1) + (dot(c, before) >> 2) + (dot(c, pixels[1]) >> 2) - 8355841) >> 16) & 255;
   };
   return {of(k601.cb), of(k601.cr)};
 }
-std::array<int, 2> floatChroma(const std::vector<Colour>& pixels, const Colour&) {
+std::array<int, 2> floatChroma(Group pixels, const Colour&) {
   const Colour s = sumOf(pixels);
   const auto r = static_cast<float>(s[0]), g = static_cast<float>(s[1]), b = static_cast<float>(s[2]);
   const float cb1 = -0.148F * r, cb2 = cb1 + 512.0F, cb3 = 0.439F * b, cb4 = cb2 + cb3, cb5 = 0.291F * g;
@@ -315,13 +317,15 @@ class Expected {
     for (int top = 0; top + m.down <= size.height; top += m.down) {
       Colour before = {};
       for (int group = 0; group < groups; ++group) {
-        std::vector<Colour> pixels;
+        std::array<Colour, 4> memory;
+        std::size_t count = 0;
         for (int y = top; y < top + m.down; ++y) {
           for (int x = group * m.across; x < (group + 1) * m.across; ++x) {
-            pixels.push_back(rows[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)]);
-            putLuma(x, y, pixels.back());
+            memory[count] = rows[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)];
+            putLuma(x, y, memory[count++]);
           }
         }
+        const Group pixels(memory.data(), count);
         const auto chroma = m.chroma(pixels, before);
         putChroma(group, top / m.down, 0, chroma[0]);
         putChroma(group, top / m.down, 1, chroma[1]);
@@ -342,7 +346,7 @@ class Expected {
     if (m_.tail == Tail::leftAlone) return;
     putLuma(x, y, rgb);
     if (m_.tail == Tail::luma || m_.tail == Tail::lumaOfEdges) return;
-    const auto chroma = m_.lone({rgb}, {});
+    const auto chroma = m_.lone({&rgb, 1}, {});
     const int group = x / m_.across;
     if (m_.tail == Tail::whole) {
       putChroma(group, y, 0, chroma[0]);
@@ -454,7 +458,7 @@ TEST_P(EachEncoder, EveryTail) {
 INSTANTIATE_TEST_SUITE_P(All, EachEncoder, testing::ValuesIn(members()),
                          [](const auto& info) { return std::string(info.param.name); });
 
-// One encoder for each set and rule, over all colours: once as groups of one colour, once in an order in which
+// One encoder for each set and rule, over all colours, as groups of one colour; and over many in an order in which
 // neighbours have nothing to do with one another.
 class EachRule : public EachEncoder {};
 
@@ -468,6 +472,7 @@ TEST_P(EachRule, AllColours) {
       return colourOf(part << 16 | static_cast<unsigned>(y / m.down * (shades / 16) + x / m.across));
     });
     ASSERT_FALSE(HasFatalFailure());
+    if (part % 8 != 0) continue;
     expectFormula({shades / 16, 16}, [&](int x, int y) {
       return colourOf((part << 16 | static_cast<unsigned>(y * (shades / 16) + x)) * 2654435761U);
     });
