@@ -32,15 +32,6 @@ Prepare job(int (*encode)(const Byte*, int, Byte*, int, Byte*, int, Byte*, int, 
   };
 }
 
-Prepare job(int (*encode)(const Byte*, int, Byte*, int, Byte*, int, int, int)) {
-  return [=](Image& source, Image& destination) -> Call {
-    return [=, from = picture(source, 1), to = picture(destination, 2), size = source.size()] {
-      return encode(from.data[0], from.step[0], to.data[0], to.step[0], to.data[1], to.step[1], size.width,
-                    size.height) == 0;
-    };
-  };
-}
-
 using Decoder = int (*)(const Byte*, int, const Byte*, int, const Byte*, int, Byte*, int, const libyuv::YuvConstants*,
                         int, int);
 
@@ -133,7 +124,6 @@ const Enter entered([] {
       {"zimiRGBToYUV420_8u_C3P3R", "RAWToJ420", job(RAWToJ420)},
       {"zimiBGRToYCbCr420_8u_AC4P3R", "ARGBToI420", job(ARGBToI420)},
       {"zimiBGRToYUV420_8u_AC4P3R", "ARGBToJ420", job(ARGBToJ420)},
-      {"zimiRGBToYCbCr420_8u_C4P2R", "ABGRToNV12, coefficients of 8 bits", job(ABGRToNV12)},
       {"zimiBGRToYCbCr422_8u_AC4P3R", "ARGBToI422", job(ARGBToI422)},
       {"zimiBGRToYCbCr422_8u_AC4C2R", "ARGBToYUY2", job(ARGBToYUY2)},
       {"zimiBGRToCbYCr422_8u_AC4C2R", "ARGBToUYVY", job(ARGBToUYVY)},
