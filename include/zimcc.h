@@ -152,6 +152,41 @@ ZimResult zimiColorToGray_64f_AC4C1R(const Zim64f* pSrc, Zim32s srcStep, Zim64f*
                                      const Zim64f coeffs[3]);
 /** @} */
 
+/* ---- CIE XYZ --------------------------------------------------------------------------------------------------------
+ */
+
+/** \name RGB to XYZ, BT.709 primaries and white D65
+ *
+ * RGB is taken as linear. 8u truncates; 16u and 16s round; 32f does neither. Z is limited to the range of its type
+ * (0..1 in 32f), since white has 1.09 of it; X and Y need no limit, and in 32f have none. 16s samples count from
+ * -32768. AC4R leaves the destination's fourth sample as it was. For 16-bit and float samples the low bits of a step
+ * that is no multiple of the sample size are dropped. Any size from 1 x 1; a team of threads from 4097 pixels on.
+ * @{ */
+ZimResult zimiRGBToXYZ_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToXYZ_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name XYZ to RGB, the inverse
+ *
+ * 8u rounds down; 16u and 16s round; all results are limited to the range of their type (0..1 in 32f). Otherwise as
+ * zimiRGBToXYZ_*.
+ * @{ */
+ZimResult zimiXYZToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiXYZToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
 /* ---- CIE LUV and Lab ------------------------------------------------------------------------------------------------
  */
 
@@ -210,41 +245,6 @@ ZimResult zimiLabToBGR_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zi
 ZimResult zimiLabToBGR_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- CIE XYZ --------------------------------------------------------------------------------------------------------
- */
-
-/** \name RGB to XYZ, BT.709 primaries and white D65
- *
- * RGB is taken as linear. 8u truncates; 16u and 16s round; 32f does neither. Z is limited to the range of its type
- * (0..1 in 32f), since white has 1.09 of it; X and Y need no limit, and in 32f have none. 16s samples count from
- * -32768. AC4R leaves the destination's fourth sample as it was. For 16-bit and float samples the low bits of a step
- * that is no multiple of the sample size are dropped. Any size from 1 x 1; a team of threads from 4097 pixels on.
- * @{ */
-ZimResult zimiRGBToXYZ_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToXYZ_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToXYZ_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToXYZ_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToXYZ_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToXYZ_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToXYZ_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToXYZ_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
-/** @} */
-
-/** \name XYZ to RGB, the inverse
- *
- * 8u rounds down; 16u and 16s round; all results are limited to the range of their type (0..1 in 32f). Otherwise as
- * zimiRGBToXYZ_*.
- * @{ */
-ZimResult zimiXYZToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiXYZToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiXYZToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiXYZToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiXYZToRGB_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiXYZToRGB_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiXYZToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiXYZToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
-/** @} */
-
 /* ---- PhotoYCC -------------------------------------------------------------------------------------------------------
  */
 
@@ -279,32 +279,6 @@ ZimResult zimiYCCToRGB_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst,
 ZimResult zimiYCCToRGB_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize);
 ZimResult zimiYCCToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
 ZimResult zimiYCCToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
-/** @} */
-
-/* ---- HSV ------------------------------------------------------------------------------------------------------------
- */
-
-/** \name RGB to hue, saturation, value
- *
- * A full turn of hue and full saturation are 255 in 8u and 65535 in 16u, both rounded; value is the largest of the
- * three samples. Gray has hue and saturation 0. The depths differ in their rounding. AC4R leaves the destination's
- * fourth sample as it was. In 16u an odd step loses its low bit. Any size from 1 x 1; a team of threads from 4097
- * pixels on.
- * @{ */
-ZimResult zimiRGBToHSV_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToHSV_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToHSV_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToHSV_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
-/** @} */
-
-/** \name Hue, saturation, value to RGB
- *
- * Rounded. The largest hue is a full turn, the same as 0. Otherwise as zimiRGBToHSV_*.
- * @{ */
-ZimResult zimiHSVToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiHSVToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiHSVToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiHSVToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
 /* ---- HLS ------------------------------------------------------------------------------------------------------------
@@ -384,6 +358,32 @@ ZimResult zimiHLSToBGR_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u*
                               ZimiSize roiSize);
 /** @} */
 
+/* ---- HSV ------------------------------------------------------------------------------------------------------------
+ */
+
+/** \name RGB to hue, saturation, value
+ *
+ * A full turn of hue and full saturation are 255 in 8u and 65535 in 16u, both rounded; value is the largest of the
+ * three samples. Gray has hue and saturation 0. The depths differ in their rounding. AC4R leaves the destination's
+ * fourth sample as it was. In 16u an odd step loses its low bit. Any size from 1 x 1; a team of threads from 4097
+ * pixels on.
+ * @{ */
+ZimResult zimiRGBToHSV_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHSV_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHSV_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToHSV_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name Hue, saturation, value to RGB
+ *
+ * Rounded. The largest hue is a full turn, the same as 0. Otherwise as zimiRGBToHSV_*.
+ * @{ */
+ZimResult zimiHSVToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHSVToRGB_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHSVToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiHSVToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
 /* ---- YCbCr and YUV at full resolution -----------------------------------------------------------------------------
  */
 
@@ -461,6 +461,212 @@ ZimResult zimiYUVToRGB_8u_P3C3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8
                                 ZimiSize roiSize);
 ZimResult zimiYUVToRGB_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
                               ZimiSize roiSize);
+/** @} */
+
+/* ---- Encoders of shared chroma -----------------------------------------------------------------------------
+ */
+
+/** \name RGB and BGR to YCbCr with chroma shared by pixels, BT.601 in studio range: streams of 4:2:2
+ *
+ * A pair of pixels takes four bytes, in the order that the destination's colour word spells: YCbCr422 is Y, Cb, Y, Cr,
+ * CbYCr422 is Cb, Y, Cr, Y. Chroma is that of the pair's average, rounded in the RGB forms and in
+ * zimiBGRToCbYCr422_8u_AC4C2R, and by an eighth of a level in zimiBGRToYCbCr422_*. zimiRGBToYCbCr422_* and
+ * zimiRGBToYCrCb422_* truncate the luma of every second pixel. The last pixel of an odd width writes two bytes, its
+ * luma and the chroma that comes first in a pair, which is its own. Any size from 1 x 1, zimiBGRToYCbCr422_* from 2
+ * x 1. Null planes of a source are found after the size is tested.
+ * @{ */
+ZimResult zimiRGBToYCbCr422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCbCr422_8u_P3C2R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                     ZimiSize roiSize);
+ZimResult zimiRGBToYCrCb422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCrCb422_8u_P3C2R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToCbYCr422_8u_AC4C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr422_8u_AC4C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name RGB to a stream of 4:2:2 with filtered chroma, BT.601 in studio range
+ *
+ * Bytes in the order Cb, Y, Cr, Y. The chroma of a pair is half that of its first pixel and a quarter each of its
+ * second pixel and of the pixel before. Before the first pair of a row there is nothing: its chroma lies a quarter
+ * closer to 128. The Gamma form maps every sample by the curve of zimiGammaFwd_8u_* first. The last pixel of an odd
+ * width writes its own Cb and luma. Any size from 1 x 1. The Gamma form returns zimResultBadStep for a step below 1.
+ * @{ */
+ZimResult zimiRGBToCbYCr422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToCbYCr422Gamma_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                          ZimiSize roiSize);
+/** @} */
+
+/** \name BGR to a stream of 4:2:2, BT.709 in full range
+ *
+ * Bytes in the order Cb, Y, Cr, Y, all of them kept within 1 to 254. The last pixel of an odd width writes its own Cb
+ * and luma. Any size from 1 x 1.
+ * @{ */
+ZimResult zimiBGRToCbYCr422_709HDTV_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                             ZimiSize roiSize);
+ZimResult zimiBGRToCbYCr422_709HDTV_8u_AC4C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                              ZimiSize roiSize);
+/** @} */
+
+/** \name RGB and BGR to planes of 4:2:2, BT.601 in studio range
+ *
+ * Chroma rows of half the width, rounded by an eighth of a level. dstStep has a step for each plane. Sizes from 2 x 1.
+ * Of an odd width the BGR forms write the last pixel's luma and no chroma; zimiRGBToYCbCr422_8u_C3P3R leaves it alone
+ * and returns zimWarnOddSize. Null planes are found before the size is tested.
+ * @{ */
+ZimResult zimiRGBToYCbCr422_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr422_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr422_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                      ZimiSize roiSize);
+/** @} */
+
+/** \name BGR to planes of 4:1:1, BT.601 in studio range
+ *
+ * Chroma rows of a quarter of the width, rounded by an eighth of a level. dstStep has a step for each plane. Sizes from
+ * 4 x 1; of a width that is no multiple of 4 the last pixels are left alone, and the result is zimWarnOddSize. Null
+ * planes are found before the size is tested.
+ * @{ */
+ZimResult zimiBGRToYCbCr411_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr411_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                      ZimiSize roiSize);
+/** @} */
+
+/** \name RGB and BGR to planes of 4:2:0, studio range
+ *
+ * Chroma of half the width and half the height, rounded by an eighth of a level; BT.601, with 709CSC BT.709. In
+ * YCrCb420 plane 1 is Cr. dstStep has a step for each plane; in zimiRGBToYCrCb420_8u_AC4P3R alone plane 1 advances by
+ * dstStep[2] and plane 2 by dstStep[1]. P2 has pairs of Cb and Cr in its second plane. Sizes from 2 x 2,
+ * zimiRGBToYCbCr420_8u_C3P3R from 1 x 1. An odd last column or row is left alone, and the result is zimWarnOddSize.
+ * Null planes are found before the size is tested, in zimiRGBToYCbCr420_8u_C3P3R after.
+ * @{ */
+ZimResult zimiRGBToYCbCr420_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr420_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr420_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                      ZimiSize roiSize);
+ZimResult zimiBGRToYCrCb420_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                     ZimiSize roiSize);
+ZimResult zimiBGRToYCrCb420_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                      ZimiSize roiSize);
+ZimResult zimiRGBToYCrCb420_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                      ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr420_709CSC_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                            const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr420_709CSC_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                             const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGRToYCbCr420_709CSC_8u_C3P2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDstY, Zim32s dstYStep,
+                                            Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiBGRToYCrCb420_709CSC_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                            const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGRToYCrCb420_709CSC_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                             const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name BGR to planes of 4:2:0, BT.709 in full range
+ *
+ * All samples are kept within 1 to 254. Sizes from 2 x 2; an odd last column or row is left alone, and the result is
+ * zimWarnOddSize. Null planes are found before the size is tested.
+ * @{ */
+ZimResult zimiBGRToYCbCr420_709HDTV_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                              const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name RGB to a plane of luma and one of Cb and Cr, 4:2:0, BT.601 in single precision
+ *
+ * Computed in floats, of three decimals a coefficient, and rounded. The fourth sample of a C4 pixel is not read. Any
+ * size from 1 x 1; an odd last column or row is left alone, and the result is zimWarnOddSize. The size is tested before
+ * the pointers.
+ * @{ */
+ZimResult zimiRGBToYCbCr420_8u_C3P2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDstY, Zim32s dstYStep, Zim8u* pDstCbCr,
+                                     Zim32s dstCbCrStep, ZimiSize roiSize);
+ZimResult zimiRGBToYCbCr420_8u_C4P2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDstY, Zim32s dstYStep, Zim8u* pDstCbCr,
+                                     Zim32s dstCbCrStep, ZimiSize roiSize);
+/** @} */
+
+/** \name RGB and BGR to YUV with chroma shared by pixels, analogue weights
+ *
+ * Y truncated, V saturated, as in zimiRGBToYUV_*. YUV422 C2 is a stream of Y, U, Y, V, of whose odd last pixel Y and U
+ * are written; in planes of 4:2:2 it has a Y, U and V of its own, in chroma rows of (width + 1) / 2. Of 4:2:0 an odd
+ * last column or row is left alone, and the result is zimWarnOddSize. Forms without R have no steps: each row of a
+ * plane begins where the one before ends, chroma rows of 4:2:0 being width / 2 bytes long. Any size from 1 x 1. Null
+ * planes are found after the size is tested.
+ * @{ */
+ZimResult zimiRGBToYUV422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGBToYUV422_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                   ZimiSize roiSize);
+ZimResult zimiRGBToYUV422_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3],
+                                 const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiRGBToYUV422_8u_C3P3(const Zim8u* pSrc, Zim8u* const pDst[3], ZimiSize roiSize);
+ZimResult zimiRGBToYUV422_8u_P3(const Zim8u* const pSrc[3], Zim8u* const pDst[3], ZimiSize roiSize);
+ZimResult zimiRGBToYUV420_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                   ZimiSize roiSize);
+ZimResult zimiRGBToYUV420_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3],
+                                 const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGRToYUV420_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
+                                    ZimiSize roiSize);
+ZimResult zimiRGBToYUV420_8u_C3P3(const Zim8u* pSrc, Zim8u* const pDst[3], ZimiSize roiSize);
+ZimResult zimiRGBToYUV420_8u_P3(const Zim8u* const pSrc[3], Zim8u* const pDst[3], ZimiSize roiSize);
+/** @} */
+
+/** \name Pixels packed in 16-bit words to YCbCr with chroma shared by pixels, BT.601 in studio range
+ *
+ * A word holds B in its low bits, then G, then R: 5 bits each (555; the highest bit is not used) or 5, 6 and 5 (565).
+ * They expand to 8 bits by zeros below, so that white is (248, 248, 248) or (248, 252, 248). Steps are exact bytes;
+ * words need not be aligned. Chroma is rounded by an eighth of a level. 422 from 2 x 1: the last pixel of an odd width
+ * writes its luma and, in C2, its own Cb. 411 from 4 x 1: the last pixels of a width that is no multiple of 4 are left
+ * alone, and the result is zimWarnOddSize. 420 from 2 x 2: an odd last column or row has its luma and no chroma. Null
+ * planes are found before the size is tested.
+ * @{ */
+ZimResult zimiBGR555ToYCbCr422_16u8u_C3C2R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                           ZimiSize roiSize);
+ZimResult zimiBGR565ToYCbCr422_16u8u_C3C2R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                           ZimiSize roiSize);
+ZimResult zimiBGR555ToYCbCr422_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR565ToYCbCr422_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR555ToYCbCr411_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR565ToYCbCr411_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR555ToYCbCr420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR565ToYCbCr420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR555ToYCrCb420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR565ToYCrCb420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                           const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name Pixels packed in 16-bit words to planes of YUV, analogue weights
+ *
+ * RGB565 has R in the low bits. The BGR forms round luma, take sizes from 2 x 2 and find null planes before the size is
+ * tested; the RGB forms truncate luma, take any size from 1 x 1 and find null planes after. An odd last column, in
+ * 4:2:0 an odd last row too, is left alone, and the result is zimWarnOddSize.
+ * @{ */
+ZimResult zimiBGR555ToYUV420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                         const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiBGR565ToYUV420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                         const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiRGB565ToYUV420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                         const Zim32s dstStep[3], ZimiSize roiSize);
+ZimResult zimiRGB565ToYUV422_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
+                                         const Zim32s dstStep[3], ZimiSize roiSize);
+/** @} */
+
+/** \name Pixels packed in 16-bit words to 8-bit samples
+ *
+ * Bytes in the order of the fields from the low bits up, expanded by zeros below. Any size from 1 x 1. The low bit of
+ * srcStep is dropped. zimResultBadStep for a step below 1, after the size is tested.
+ * @{ */
+ZimResult zimiBGR565ToBGR_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiRGB565ToRGB_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
 /* ---- Decoders of shared chroma ----------------------------------------------------------------------------------
@@ -781,212 +987,6 @@ ZimResult zimiYUV420ToRGB565Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const
                                                Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- Chroma shared by pixels: encoders -----------------------------------------------------------------------------
- */
-
-/** \name RGB and BGR to YCbCr with chroma shared by pixels, BT.601 in studio range: streams of 4:2:2
- *
- * A pair of pixels takes four bytes, in the order that the destination's colour word spells: YCbCr422 is Y, Cb, Y, Cr,
- * CbYCr422 is Cb, Y, Cr, Y. Chroma is that of the pair's average, rounded in the RGB forms and in
- * zimiBGRToCbYCr422_8u_AC4C2R, and by an eighth of a level in zimiBGRToYCbCr422_*. zimiRGBToYCbCr422_* and
- * zimiRGBToYCrCb422_* truncate the luma of every second pixel. The last pixel of an odd width writes two bytes, its
- * luma and the chroma that comes first in a pair, which is its own. Any size from 1 x 1, zimiBGRToYCbCr422_* from 2
- * x 1. Null planes of a source are found after the size is tested.
- * @{ */
-ZimResult zimiRGBToYCbCr422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToYCbCr422_8u_P3C2R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
-                                     ZimiSize roiSize);
-ZimResult zimiRGBToYCrCb422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToYCrCb422_8u_P3C2R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
-                                     ZimiSize roiSize);
-ZimResult zimiBGRToCbYCr422_8u_AC4C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiBGRToYCbCr422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiBGRToYCbCr422_8u_AC4C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-/** @} */
-
-/** \name RGB to a stream of 4:2:2 with filtered chroma, BT.601 in studio range
- *
- * Bytes in the order Cb, Y, Cr, Y. The chroma of a pair is half that of its first pixel and a quarter each of its
- * second pixel and of the pixel before. Before the first pair of a row there is nothing: its chroma lies a quarter
- * closer to 128. The Gamma form maps every sample by the curve of zimiGammaFwd_8u_* first. The last pixel of an odd
- * width writes its own Cb and luma. Any size from 1 x 1. The Gamma form returns zimResultBadStep for a step below 1.
- * @{ */
-ZimResult zimiRGBToCbYCr422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToCbYCr422Gamma_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
-                                          ZimiSize roiSize);
-/** @} */
-
-/** \name BGR to a stream of 4:2:2, BT.709 in full range
- *
- * Bytes in the order Cb, Y, Cr, Y, all of them kept within 1 to 254. The last pixel of an odd width writes its own Cb
- * and luma. Any size from 1 x 1.
- * @{ */
-ZimResult zimiBGRToCbYCr422_709HDTV_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
-                                             ZimiSize roiSize);
-ZimResult zimiBGRToCbYCr422_709HDTV_8u_AC4C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
-                                              ZimiSize roiSize);
-/** @} */
-
-/** \name RGB and BGR to planes of 4:2:2, BT.601 in studio range
- *
- * Chroma rows of half the width, rounded by an eighth of a level. dstStep has a step for each plane. Sizes from 2 x 1.
- * Of an odd width the BGR forms write the last pixel's luma and no chroma; zimiRGBToYCbCr422_8u_C3P3R leaves it alone
- * and returns zimWarnOddSize. Null planes are found before the size is tested.
- * @{ */
-ZimResult zimiRGBToYCbCr422_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                     ZimiSize roiSize);
-ZimResult zimiBGRToYCbCr422_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                     ZimiSize roiSize);
-ZimResult zimiBGRToYCbCr422_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                      ZimiSize roiSize);
-/** @} */
-
-/** \name BGR to planes of 4:1:1, BT.601 in studio range
- *
- * Chroma rows of a quarter of the width, rounded by an eighth of a level. dstStep has a step for each plane. Sizes from
- * 4 x 1; of a width that is no multiple of 4 the last pixels are left alone, and the result is zimWarnOddSize. Null
- * planes are found before the size is tested.
- * @{ */
-ZimResult zimiBGRToYCbCr411_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                     ZimiSize roiSize);
-ZimResult zimiBGRToYCbCr411_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                      ZimiSize roiSize);
-/** @} */
-
-/** \name RGB and BGR to planes of 4:2:0, studio range
- *
- * Chroma of half the width and half the height, rounded by an eighth of a level; BT.601, with 709CSC BT.709. In
- * YCrCb420 plane 1 is Cr. dstStep has a step for each plane; in zimiRGBToYCrCb420_8u_AC4P3R alone plane 1 advances by
- * dstStep[2] and plane 2 by dstStep[1]. P2 has pairs of Cb and Cr in its second plane. Sizes from 2 x 2,
- * zimiRGBToYCbCr420_8u_C3P3R from 1 x 1. An odd last column or row is left alone, and the result is zimWarnOddSize.
- * Null planes are found before the size is tested, in zimiRGBToYCbCr420_8u_C3P3R after.
- * @{ */
-ZimResult zimiRGBToYCbCr420_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                     ZimiSize roiSize);
-ZimResult zimiBGRToYCbCr420_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                     ZimiSize roiSize);
-ZimResult zimiBGRToYCbCr420_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                      ZimiSize roiSize);
-ZimResult zimiBGRToYCrCb420_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                     ZimiSize roiSize);
-ZimResult zimiBGRToYCrCb420_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                      ZimiSize roiSize);
-ZimResult zimiRGBToYCrCb420_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                      ZimiSize roiSize);
-ZimResult zimiBGRToYCbCr420_709CSC_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                            const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiBGRToYCbCr420_709CSC_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                             const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiBGRToYCbCr420_709CSC_8u_C3P2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDstY, Zim32s dstYStep,
-                                            Zim8u* pDstCbCr, Zim32s dstCbCrStep, ZimiSize roiSize);
-ZimResult zimiBGRToYCrCb420_709CSC_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                            const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiBGRToYCrCb420_709CSC_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                             const Zim32s dstStep[3], ZimiSize roiSize);
-/** @} */
-
-/** \name BGR to planes of 4:2:0, BT.709 in full range
- *
- * All samples are kept within 1 to 254. Sizes from 2 x 2; an odd last column or row is left alone, and the result is
- * zimWarnOddSize. Null planes are found before the size is tested.
- * @{ */
-ZimResult zimiBGRToYCbCr420_709HDTV_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                              const Zim32s dstStep[3], ZimiSize roiSize);
-/** @} */
-
-/** \name RGB to a plane of luma and one of Cb and Cr, 4:2:0, BT.601 in single precision
- *
- * Computed in floats, of three decimals a coefficient, and rounded. The fourth sample of a C4 pixel is not read. Any
- * size from 1 x 1; an odd last column or row is left alone, and the result is zimWarnOddSize. The size is tested before
- * the pointers.
- * @{ */
-ZimResult zimiRGBToYCbCr420_8u_C3P2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDstY, Zim32s dstYStep, Zim8u* pDstCbCr,
-                                     Zim32s dstCbCrStep, ZimiSize roiSize);
-ZimResult zimiRGBToYCbCr420_8u_C4P2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDstY, Zim32s dstYStep, Zim8u* pDstCbCr,
-                                     Zim32s dstCbCrStep, ZimiSize roiSize);
-/** @} */
-
-/** \name RGB and BGR to YUV with chroma shared by pixels, analogue weights
- *
- * Y truncated, V saturated, as in zimiRGBToYUV_*. YUV422 C2 is a stream of Y, U, Y, V, of whose odd last pixel Y and U
- * are written; in planes of 4:2:2 it has a Y, U and V of its own, in chroma rows of (width + 1) / 2. Of 4:2:0 an odd
- * last column or row is left alone, and the result is zimWarnOddSize. Forms without R have no steps: each row of a
- * plane begins where the one before ends, chroma rows of 4:2:0 being width / 2 bytes long. Any size from 1 x 1. Null
- * planes are found after the size is tested.
- * @{ */
-ZimResult zimiRGBToYUV422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGBToYUV422_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                   ZimiSize roiSize);
-ZimResult zimiRGBToYUV422_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3],
-                                 const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiRGBToYUV422_8u_C3P3(const Zim8u* pSrc, Zim8u* const pDst[3], ZimiSize roiSize);
-ZimResult zimiRGBToYUV422_8u_P3(const Zim8u* const pSrc[3], Zim8u* const pDst[3], ZimiSize roiSize);
-ZimResult zimiRGBToYUV420_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                   ZimiSize roiSize);
-ZimResult zimiRGBToYUV420_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3],
-                                 const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiBGRToYUV420_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
-                                    ZimiSize roiSize);
-ZimResult zimiRGBToYUV420_8u_C3P3(const Zim8u* pSrc, Zim8u* const pDst[3], ZimiSize roiSize);
-ZimResult zimiRGBToYUV420_8u_P3(const Zim8u* const pSrc[3], Zim8u* const pDst[3], ZimiSize roiSize);
-/** @} */
-
-/** \name Pixels packed in 16-bit words to YCbCr with chroma shared by pixels, BT.601 in studio range
- *
- * A word holds B in its low bits, then G, then R: 5 bits each (555; the highest bit is not used) or 5, 6 and 5 (565).
- * They expand to 8 bits by zeros below, so that white is (248, 248, 248) or (248, 252, 248). Steps are exact bytes;
- * words need not be aligned. Chroma is rounded by an eighth of a level. 422 from 2 x 1: the last pixel of an odd width
- * writes its luma and, in C2, its own Cb. 411 from 4 x 1: the last pixels of a width that is no multiple of 4 are left
- * alone, and the result is zimWarnOddSize. 420 from 2 x 2: an odd last column or row has its luma and no chroma. Null
- * planes are found before the size is tested.
- * @{ */
-ZimResult zimiBGR555ToYCbCr422_16u8u_C3C2R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
-                                           ZimiSize roiSize);
-ZimResult zimiBGR565ToYCbCr422_16u8u_C3C2R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
-                                           ZimiSize roiSize);
-ZimResult zimiBGR555ToYCbCr422_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                           const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiBGR565ToYCbCr422_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                           const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiBGR555ToYCbCr411_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                           const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiBGR565ToYCbCr411_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                           const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiBGR555ToYCbCr420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                           const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiBGR565ToYCbCr420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                           const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiBGR555ToYCrCb420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                           const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiBGR565ToYCrCb420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                           const Zim32s dstStep[3], ZimiSize roiSize);
-/** @} */
-
-/** \name Pixels packed in 16-bit words to planes of YUV, analogue weights
- *
- * RGB565 has R in the low bits. The BGR forms round luma, take sizes from 2 x 2 and find null planes before the size is
- * tested; the RGB forms truncate luma, take any size from 1 x 1 and find null planes after. An odd last column, in
- * 4:2:0 an odd last row too, is left alone, and the result is zimWarnOddSize.
- * @{ */
-ZimResult zimiBGR555ToYUV420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                         const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiBGR565ToYUV420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                         const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiRGB565ToYUV420_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                         const Zim32s dstStep[3], ZimiSize roiSize);
-ZimResult zimiRGB565ToYUV422_16u8u_C3P3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
-                                         const Zim32s dstStep[3], ZimiSize roiSize);
-/** @} */
-
-/** \name Pixels packed in 16-bit words to 8-bit samples
- *
- * Bytes in the order of the fields from the low bits up, expanded by zeros below. Any size from 1 x 1. The low bit of
- * srcStep is dropped. zimResultBadStep for a step below 1, after the size is tested.
- * @{ */
-ZimResult zimiBGR565ToBGR_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiRGB565ToRGB_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-/** @} */
-
 /* ---- YCoCg ----------------------------------------------------------------------------------------------------------
  */
 
@@ -1071,199 +1071,6 @@ ZimResult zimiYCoCgToSBGR_Rev_32s16s_P3C3R(const Zim32s* const pSrc[3], Zim32s s
                                            ZimiSize roiSize);
 ZimResult zimiYCoCgToSBGR_Rev_32s16s_P3C4R(const Zim32s* const pSrc[3], Zim32s srcStep, Zim16s* pDst, Zim32s dstStep,
                                            ZimiSize roiSize, Zim16s aval);
-/** @} */
-
-/* ---- Colour twist --------------------------------------------------------------------------------------------------
- */
-
-/** \name Affine map of the three samples of a pixel
- *
- * Sample k becomes twist[k][0] x + twist[k][1] y + twist[k][2] z + twist[k][3], in the image's own units and in single
- * precision. Integer results round to the nearest value, halves to even, and saturate; NaN becomes 0. AC4 forms leave
- * the fourth sample as it was. A null twist gives zimResultNullPointer; a step below 1 gives zimResultBadStep, tested
- * after the size. Any size from 1 x 1.
- * @{ */
-ZimResult zimiColorTwist32f_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                   const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                    const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_8u_C3IR(Zim8u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_8u_AC4IR(Zim8u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
-                                   ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_8u_IP3R(Zim8u* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize,
-                                    const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_8s_C3R(const Zim8s* pSrc, Zim32s srcStep, Zim8s* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                   const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_8s_AC4R(const Zim8s* pSrc, Zim32s srcStep, Zim8s* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                    const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_8s_C3IR(Zim8s* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_8s_AC4IR(Zim8s* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_8s_P3R(const Zim8s* const pSrc[3], Zim32s srcStep, Zim8s* const pDst[3], Zim32s dstStep,
-                                   ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_8s_IP3R(Zim8s* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize,
-                                    const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                    const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                     const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_16u_C3IR(Zim16u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_16u_AC4IR(Zim16u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_16u_P3R(const Zim16u* const pSrc[3], Zim32s srcStep, Zim16u* const pDst[3], Zim32s dstStep,
-                                    ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_16u_IP3R(Zim16u* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize,
-                                     const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                    const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                     const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_16s_C3IR(Zim16s* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_16s_AC4IR(Zim16s* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_16s_P3R(const Zim16s* const pSrc[3], Zim32s srcStep, Zim16s* const pDst[3], Zim32s dstStep,
-                                    ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist32f_16s_IP3R(Zim16s* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize,
-                                     const Zim32f twist[3][4]);
-/** @} */
-
-/** \name The same on float images: neither rounded nor saturated
- * @{ */
-ZimResult zimiColorTwist_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                 const Zim32f twist[3][4]);
-ZimResult zimiColorTwist_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                  const Zim32f twist[3][4]);
-ZimResult zimiColorTwist_32f_C3IR(Zim32f* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist_32f_AC4IR(Zim32f* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist_32f_P3R(const Zim32f* const pSrc[3], Zim32s srcStep, Zim32f* const pDst[3], Zim32s dstStep,
-                                 ZimiSize roiSize, const Zim32f twist[3][4]);
-ZimResult zimiColorTwist_32f_IP3R(Zim32f* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize,
-                                  const Zim32f twist[3][4]);
-/** @} */
-
-/** Linear map of four samples, with no offset: sample k becomes the sum of twist[k][i] times sample i, left to right.
- * Steps that both equal width * 4 make the image one run of width * height successive pixels. */
-ZimResult zimiColorTwist_32f_C4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                 const Zim32f twist[4][4]);
-
-/* ---- Gamma ---------------------------------------------------------------------------------------------------------
- */
-
-/** \name BT.709 transfer curve of integer samples
- *
- * Maps 0..255 or 0..65535 onto itself by the curve (Fwd: linear light to coded values) or its inverse (Inv), rounded to
- * nearest. AC4 forms leave the fourth sample as it was. A step below 1 gives zimResultBadStep, tested after the size.
- * 16u forms of more than 65536 samples (three a pixel) take 128 KiB of scratch from zimMalloc for the call;
- * zimResultNoMemory if there is none. Any size from 1 x 1.
- * @{ */
-ZimResult zimiGammaFwd_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiGammaFwd_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiGammaFwd_8u_C3IR(Zim8u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
-ZimResult zimiGammaFwd_8u_AC4IR(Zim8u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
-ZimResult zimiGammaFwd_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
-                              ZimiSize roiSize);
-ZimResult zimiGammaFwd_8u_IP3R(Zim8u* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize);
-ZimResult zimiGammaFwd_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiGammaFwd_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiGammaFwd_16u_C3IR(Zim16u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
-ZimResult zimiGammaFwd_16u_AC4IR(Zim16u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
-ZimResult zimiGammaFwd_16u_P3R(const Zim16u* const pSrc[3], Zim32s srcStep, Zim16u* const pDst[3], Zim32s dstStep,
-                               ZimiSize roiSize);
-ZimResult zimiGammaFwd_16u_IP3R(Zim16u* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize);
-ZimResult zimiGammaInv_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiGammaInv_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiGammaInv_8u_C3IR(Zim8u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
-ZimResult zimiGammaInv_8u_AC4IR(Zim8u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
-ZimResult zimiGammaInv_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
-                              ZimiSize roiSize);
-ZimResult zimiGammaInv_8u_IP3R(Zim8u* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize);
-ZimResult zimiGammaInv_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiGammaInv_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
-ZimResult zimiGammaInv_16u_C3IR(Zim16u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
-ZimResult zimiGammaInv_16u_AC4IR(Zim16u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
-ZimResult zimiGammaInv_16u_P3R(const Zim16u* const pSrc[3], Zim32s srcStep, Zim16u* const pDst[3], Zim32s dstStep,
-                               ZimiSize roiSize);
-ZimResult zimiGammaInv_16u_IP3R(Zim16u* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize);
-/** @} */
-
-/** \name BT.709 transfer curve of float samples
- *
- * The curve over the range vMin to vMax. Samples outside the range are not clipped: they follow the linear part below
- * it and the power part above. Before all other tests, vMax - vMin that is not above zero gives zimResultBadRange.
- * Otherwise as the integer forms; nothing is allocated.
- * @{ */
-ZimResult zimiGammaFwd_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
-                               Zim32f vMin, Zim32f vMax);
-ZimResult zimiGammaFwd_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                Zim32f vMin, Zim32f vMax);
-ZimResult zimiGammaFwd_32f_C3IR(Zim32f* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin, Zim32f vMax);
-ZimResult zimiGammaFwd_32f_AC4IR(Zim32f* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin, Zim32f vMax);
-ZimResult zimiGammaFwd_32f_P3R(const Zim32f* const pSrc[3], Zim32s srcStep, Zim32f* const pDst[3], Zim32s dstStep,
-                               ZimiSize roiSize, Zim32f vMin, Zim32f vMax);
-ZimResult zimiGammaFwd_32f_IP3R(Zim32f* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin,
-                                Zim32f vMax);
-ZimResult zimiGammaInv_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
-                               Zim32f vMin, Zim32f vMax);
-ZimResult zimiGammaInv_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
-                                Zim32f vMin, Zim32f vMax);
-ZimResult zimiGammaInv_32f_C3IR(Zim32f* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin, Zim32f vMax);
-ZimResult zimiGammaInv_32f_AC4IR(Zim32f* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin, Zim32f vMax);
-ZimResult zimiGammaInv_32f_P3R(const Zim32f* const pSrc[3], Zim32s srcStep, Zim32f* const pDst[3], Zim32s dstStep,
-                               ZimiSize roiSize, Zim32f vMin, Zim32f vMax);
-ZimResult zimiGammaInv_32f_IP3R(Zim32f* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin,
-                                Zim32f vMax);
-/** @} */
-
-/* ---- Tone mapping --------------------------------------------------------------------------------------------------
- */
-
-/** \name High-range gray to 8 bits by one scale for the whole image
- *
- * Linear: 255 stands for the image's maximum; results are truncated and keep their low 8 bits. Mean: 255 stands for
- * twice the mean; results are truncated and saturated. A maximum or mean below zero gives zimWarnNoOperation and writes
- * nothing; one that is zero, denormal or NaN fills the destination with 0. The destination pointer is tested only when
- * it is filled. Any size from 1 x 1; steps are not tested.
- * @{ */
-ZimResult zimiToneMapLinear_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
-                                      ZimiSize roiSize);
-ZimResult zimiToneMapMean_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
-/** @} */
-
-/* ---- Demosaicing ---------------------------------------------------------------------------------------------------
- *
- * RGB from the raw image of a sensor behind a Bayer colour filter array, one sample a pixel. These operations see the
- * whole source image, so that a region of it has its neighbours: pSrc is the image's pixel (0, 0), srcSize its size,
- * and srcRoi the region to be converted, whose first pixel goes to pDst. A region that reaches beyond the right or the
- * lower edge ends there; one with nothing left writes nothing, which is a success.
- */
-
-/** \name By averages of neighbours
- *
- * Quick, and without further memory. Missing colours are rounded averages of the two or four nearest samples of that
- * colour; green at red and blue sites takes those two neighbours, across or down, along which the samples of the site's
- * own colour differ less. At the edges neighbours are reflected, and in the two outermost rows and columns green is the
- * average of all four. Any region gives the same pixels as the whole image. Not tested: a negative x or y, which reads
- * as reflected. 16u drops the low bit of an odd step.
- * Image from 2 x 2, else zimResultBadSize; then zimResultBadArgument for a grid that is none.
- * @{ */
-ZimResult zimiCFAToRGB_8u_C1C3R(const Zim8u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep, Zim8u* pDst,
-                                Zim32s dstStep, ZimBayerGrid grid);
-ZimResult zimiCFAToRGB_16u_C1C3R(const Zim16u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep, Zim16u* pDst,
-                                 Zim32s dstStep, ZimBayerGrid grid);
-/** @} */
-
-/** \name By the more homogeneous of two candidates
- *
- * Slower and better at edges: green is interpolated once along rows and once along columns, red and blue follow from
- * it, and each pixel comes from the candidate in which luma and chroma about it vary less; where neither wins, from the
- * one that its neighbour on the left came from, and at the left edge of the region from the one along rows. At the
- * edges of the image the mosaic is reflected. pBuf: 30 rows, bufStep bytes apart, of at least region width + 6 samples;
- * their contents do not matter before and mean nothing afterwards. Neither pBuf nor bufStep is tested. A negative x or
- * y becomes 0, while width and height stay. Exact byte steps. Image from 5 x 5, else zimResultBadSize; then
- * zimResultBadArgument for a grid that is none.
- * @{ */
-ZimResult zimiDemosaicAHD_8u_C1C3R(const Zim8u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep, Zim8u* pDst,
-                                   Zim32s dstStep, ZimBayerGrid grid, Zim8u* pBuf, Zim32s bufStep);
-ZimResult zimiDemosaicAHD_16u_C1C3R(const Zim16u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep,
-                                    Zim16u* pDst, Zim32s dstStep, ZimBayerGrid grid, Zim16u* pBuf, Zim32s bufStep);
 /** @} */
 
 /* ---- Chroma layouts -------------------------------------------------------------------------------------------------
@@ -1534,6 +1341,160 @@ ZimResult zimiYCbCr420ToCbYCr422_Interlace_8u_P3C2R(const Zim8u* const pSrc[3], 
                                                     Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
+/* ---- Colour twist --------------------------------------------------------------------------------------------------
+ */
+
+/** \name Affine map of the three samples of a pixel
+ *
+ * Sample k becomes twist[k][0] x + twist[k][1] y + twist[k][2] z + twist[k][3], in the image's own units and in single
+ * precision. Integer results round to the nearest value, halves to even, and saturate; NaN becomes 0. AC4 forms leave
+ * the fourth sample as it was. A null twist gives zimResultNullPointer; a step below 1 gives zimResultBadStep, tested
+ * after the size. Any size from 1 x 1.
+ * @{ */
+ZimResult zimiColorTwist32f_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                   const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_8u_C3IR(Zim8u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_8u_AC4IR(Zim8u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                                   ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_8u_IP3R(Zim8u* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize,
+                                    const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_8s_C3R(const Zim8s* pSrc, Zim32s srcStep, Zim8s* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                   const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_8s_AC4R(const Zim8s* pSrc, Zim32s srcStep, Zim8s* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_8s_C3IR(Zim8s* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_8s_AC4IR(Zim8s* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_8s_P3R(const Zim8s* const pSrc[3], Zim32s srcStep, Zim8s* const pDst[3], Zim32s dstStep,
+                                   ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_8s_IP3R(Zim8s* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize,
+                                    const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                     const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_16u_C3IR(Zim16u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_16u_AC4IR(Zim16u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_16u_P3R(const Zim16u* const pSrc[3], Zim32s srcStep, Zim16u* const pDst[3], Zim32s dstStep,
+                                    ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_16u_IP3R(Zim16u* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize,
+                                     const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_16s_C3R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                    const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_16s_AC4R(const Zim16s* pSrc, Zim32s srcStep, Zim16s* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                     const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_16s_C3IR(Zim16s* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_16s_AC4IR(Zim16s* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_16s_P3R(const Zim16s* const pSrc[3], Zim32s srcStep, Zim16s* const pDst[3], Zim32s dstStep,
+                                    ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist32f_16s_IP3R(Zim16s* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize,
+                                     const Zim32f twist[3][4]);
+/** @} */
+
+/** \name The same on float images: neither rounded nor saturated
+ * @{ */
+ZimResult zimiColorTwist_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                 const Zim32f twist[3][4]);
+ZimResult zimiColorTwist_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                  const Zim32f twist[3][4]);
+ZimResult zimiColorTwist_32f_C3IR(Zim32f* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist_32f_AC4IR(Zim32f* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist_32f_P3R(const Zim32f* const pSrc[3], Zim32s srcStep, Zim32f* const pDst[3], Zim32s dstStep,
+                                 ZimiSize roiSize, const Zim32f twist[3][4]);
+ZimResult zimiColorTwist_32f_IP3R(Zim32f* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize,
+                                  const Zim32f twist[3][4]);
+/** @} */
+
+/** Linear map of four samples, with no offset: sample k becomes the sum of twist[k][i] times sample i, left to right.
+ * Steps that both equal width * 4 make the image one run of width * height successive pixels. */
+ZimResult zimiColorTwist_32f_C4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                 const Zim32f twist[4][4]);
+
+/* ---- Gamma ---------------------------------------------------------------------------------------------------------
+ */
+
+/** \name BT.709 transfer curve of integer samples
+ *
+ * Maps 0..255 or 0..65535 onto itself by the curve (Fwd: linear light to coded values) or its inverse (Inv), rounded to
+ * nearest. AC4 forms leave the fourth sample as it was. A step below 1 gives zimResultBadStep, tested after the size.
+ * 16u forms of more than 65536 samples (three a pixel) take 128 KiB of scratch from zimMalloc for the call;
+ * zimResultNoMemory if there is none. Any size from 1 x 1.
+ * @{ */
+ZimResult zimiGammaFwd_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiGammaFwd_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiGammaFwd_8u_C3IR(Zim8u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
+ZimResult zimiGammaFwd_8u_AC4IR(Zim8u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
+ZimResult zimiGammaFwd_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                              ZimiSize roiSize);
+ZimResult zimiGammaFwd_8u_IP3R(Zim8u* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize);
+ZimResult zimiGammaFwd_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiGammaFwd_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiGammaFwd_16u_C3IR(Zim16u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
+ZimResult zimiGammaFwd_16u_AC4IR(Zim16u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
+ZimResult zimiGammaFwd_16u_P3R(const Zim16u* const pSrc[3], Zim32s srcStep, Zim16u* const pDst[3], Zim32s dstStep,
+                               ZimiSize roiSize);
+ZimResult zimiGammaFwd_16u_IP3R(Zim16u* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize);
+ZimResult zimiGammaInv_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiGammaInv_8u_AC4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiGammaInv_8u_C3IR(Zim8u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
+ZimResult zimiGammaInv_8u_AC4IR(Zim8u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
+ZimResult zimiGammaInv_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* const pDst[3], Zim32s dstStep,
+                              ZimiSize roiSize);
+ZimResult zimiGammaInv_8u_IP3R(Zim8u* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize);
+ZimResult zimiGammaInv_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiGammaInv_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
+ZimResult zimiGammaInv_16u_C3IR(Zim16u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
+ZimResult zimiGammaInv_16u_AC4IR(Zim16u* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize);
+ZimResult zimiGammaInv_16u_P3R(const Zim16u* const pSrc[3], Zim32s srcStep, Zim16u* const pDst[3], Zim32s dstStep,
+                               ZimiSize roiSize);
+ZimResult zimiGammaInv_16u_IP3R(Zim16u* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize);
+/** @} */
+
+/** \name BT.709 transfer curve of float samples
+ *
+ * The curve over the range vMin to vMax. Samples outside the range are not clipped: they follow the linear part below
+ * it and the power part above. Before all other tests, vMax - vMin that is not above zero gives zimResultBadRange.
+ * Otherwise as the integer forms; nothing is allocated.
+ * @{ */
+ZimResult zimiGammaFwd_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
+                               Zim32f vMin, Zim32f vMax);
+ZimResult zimiGammaFwd_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                Zim32f vMin, Zim32f vMax);
+ZimResult zimiGammaFwd_32f_C3IR(Zim32f* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin, Zim32f vMax);
+ZimResult zimiGammaFwd_32f_AC4IR(Zim32f* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin, Zim32f vMax);
+ZimResult zimiGammaFwd_32f_P3R(const Zim32f* const pSrc[3], Zim32s srcStep, Zim32f* const pDst[3], Zim32s dstStep,
+                               ZimiSize roiSize, Zim32f vMin, Zim32f vMax);
+ZimResult zimiGammaFwd_32f_IP3R(Zim32f* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin,
+                                Zim32f vMax);
+ZimResult zimiGammaInv_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
+                               Zim32f vMin, Zim32f vMax);
+ZimResult zimiGammaInv_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
+                                Zim32f vMin, Zim32f vMax);
+ZimResult zimiGammaInv_32f_C3IR(Zim32f* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin, Zim32f vMax);
+ZimResult zimiGammaInv_32f_AC4IR(Zim32f* pSrcDst, Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin, Zim32f vMax);
+ZimResult zimiGammaInv_32f_P3R(const Zim32f* const pSrc[3], Zim32s srcStep, Zim32f* const pDst[3], Zim32s dstStep,
+                               ZimiSize roiSize, Zim32f vMin, Zim32f vMax);
+ZimResult zimiGammaInv_32f_IP3R(Zim32f* const pSrcDst[3], Zim32s srcDstStep, ZimiSize roiSize, Zim32f vMin,
+                                Zim32f vMax);
+/** @} */
+
+/* ---- Tone mapping --------------------------------------------------------------------------------------------------
+ */
+
+/** \name High-range gray to 8 bits by one scale for the whole image
+ *
+ * Linear: 255 stands for the image's maximum; results are truncated and keep their low 8 bits. Mean: 255 stands for
+ * twice the mean; results are truncated and saturated. A maximum or mean below zero gives zimWarnNoOperation and writes
+ * nothing; one that is zero, denormal or NaN fills the destination with 0. The destination pointer is tested only when
+ * it is filled. Any size from 1 x 1; steps are not tested.
+ * @{ */
+ZimResult zimiToneMapLinear_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
+                                      ZimiSize roiSize);
+ZimResult zimiToneMapMean_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
+/** @} */
+
 /* ---- Bit depth ------------------------------------------------------------------------------------------------------
  */
 
@@ -1647,6 +1608,45 @@ ZimResult zimiReduceBits_32f16s_C4R(const Zim32f* pSrc, Zim32s srcStep, Zim16s* 
 ZimResult zimiReduceBits_8u1u_C1R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, Zim32s dstBitOffset,
                                   ZimiSize roiSize, Zim32s unread1, Zim32s unread2, ZimDitherKind dither,
                                   Zim8u threshold);
+
+/* ---- Demosaicing ---------------------------------------------------------------------------------------------------
+ *
+ * RGB from the raw image of a sensor behind a Bayer colour filter array, one sample a pixel. These operations see the
+ * whole source image, so that a region of it has its neighbours: pSrc is the image's pixel (0, 0), srcSize its size,
+ * and srcRoi the region to be converted, whose first pixel goes to pDst. A region that reaches beyond the right or the
+ * lower edge ends there; one with nothing left writes nothing, which is a success.
+ */
+
+/** \name By averages of neighbours
+ *
+ * Quick, and without further memory. Missing colours are rounded averages of the two or four nearest samples of that
+ * colour; green at red and blue sites takes those two neighbours, across or down, along which the samples of the site's
+ * own colour differ less. At the edges neighbours are reflected, and in the two outermost rows and columns green is the
+ * average of all four. Any region gives the same pixels as the whole image. Not tested: a negative x or y, which reads
+ * as reflected. 16u drops the low bit of an odd step.
+ * Image from 2 x 2, else zimResultBadSize; then zimResultBadArgument for a grid that is none.
+ * @{ */
+ZimResult zimiCFAToRGB_8u_C1C3R(const Zim8u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep, Zim8u* pDst,
+                                Zim32s dstStep, ZimBayerGrid grid);
+ZimResult zimiCFAToRGB_16u_C1C3R(const Zim16u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep, Zim16u* pDst,
+                                 Zim32s dstStep, ZimBayerGrid grid);
+/** @} */
+
+/** \name By the more homogeneous of two candidates
+ *
+ * Slower and better at edges: green is interpolated once along rows and once along columns, red and blue follow from
+ * it, and each pixel comes from the candidate in which luma and chroma about it vary less; where neither wins, from the
+ * one that its neighbour on the left came from, and at the left edge of the region from the one along rows. At the
+ * edges of the image the mosaic is reflected. pBuf: 30 rows, bufStep bytes apart, of at least region width + 6 samples;
+ * their contents do not matter before and mean nothing afterwards. Neither pBuf nor bufStep is tested. A negative x or
+ * y becomes 0, while width and height stay. Exact byte steps. Image from 5 x 5, else zimResultBadSize; then
+ * zimResultBadArgument for a grid that is none.
+ * @{ */
+ZimResult zimiDemosaicAHD_8u_C1C3R(const Zim8u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep, Zim8u* pDst,
+                                   Zim32s dstStep, ZimBayerGrid grid, Zim8u* pBuf, Zim32s bufStep);
+ZimResult zimiDemosaicAHD_16u_C1C3R(const Zim16u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep,
+                                    Zim16u* pDst, Zim32s dstStep, ZimBayerGrid grid, Zim16u* pBuf, Zim32s bufStep);
+/** @} */
 
 #ifdef __cplusplus
 }

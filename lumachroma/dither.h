@@ -29,6 +29,17 @@ inline constexpr const Thresholds& kThresholds = bits == 4   ? T4
                                                  : bits == 5 ? T5
                                                              : T6;
 
+// The rows as the pixels of a block have them, whose columns start with a whole period: in even lanes, then in odd
+// ones.
+template <int bits>
+alignas(kRegisterBytes) inline constexpr auto kWovenThresholds = [] {
+  std::array<std::array<std::array<Zim16s, kLanes<Zim16s>>, 2>, 4> woven{};
+  for (std::size_t y = 0; y < 4; ++y) {
+    for (std::size_t x = 0; x < 2 * kLanes<Zim16s>; ++x) woven[y][x % 2][x / 2] = kThresholds<bits>[y][x % 4];
+  }
+  return woven;
+}();
+
 // Words as of Truncated, with fields of so many bits made so of a sample c:
 //   q = (c (2^bits - 1)) >> 8,  r = 256 c - q step,  field = q + (r > threshold ? 1 : 0)
 // where a step is 255 * 256 / (2^bits - 1), truncated.
@@ -44,24 +55,25 @@ struct Dithered {
  private:
   template <int bits, int N>
   ZIM_INLINE static Lane<Zim16u, N> field(Lane<Zim8u, N> sample, Place place) {
-    constexpr Zim16u levels = (1 << bits) - 1, step = 255 * 256 / levels;
+    constexpr Zim16u levels = (1 << bits) - 1;
+    // Negative, since compilers make more operations of a product by the step itself than one.
+    constexpr Zim16u lessStep = 65536 - 255 * 256 / levels;
     const auto units = joinBytes(Lane<Zim8u, N>(0), sample);
     const auto q = multiplyHigh(units, Lane<Zim16u, N>(levels));
-    const auto r = bitsAs<Zim16s>(units - q * Lane<Zim16u, N>(step));
+    const auto r = bitsAs<Zim16s>(units + q * Lane<Zim16u, N>(lessStep));
     return q - bitsAs<Zim16u>(r > threshold<bits, N>(place));
   }
 
-  // Woven as the pixels of a block are, whose columns start with a whole period.
   template <int bits, int N>
   ZIM_INLINE static Lane<Zim16s, N> threshold(Place place) {
-    const auto& row = kThresholds<bits>[place.y & 3];
     if constexpr (N == 1) {
-      return row[static_cast<std::size_t>(place.x & 3)];
+      return kThresholds<bits>[place.y & 3][place.x & 3];
     } else {
-      const auto byTurns = [](Zim16s a, Zim16s b) ZIM_LAMBDA {
-        return bitsAs<Zim16s>(Lane<Zim32u, N / 4>(static_cast<Zim32u>(a) | static_cast<Zim32u>(b) << 16));
+      const auto& rows = kWovenThresholds<bits>[place.y & 3];
+      const auto lanes = [](const auto& row) ZIM_LAMBDA {
+        return load<Zim16s, N / 2, 1>(reinterpret_cast<const std::byte*>(row.data()))[0];
       };
-      return Lane<Zim16s, N>::join(byTurns(row[0], row[2]), byTurns(row[1], row[3]));
+      return Lane<Zim16s, N>::join(lanes(rows[0]), lanes(rows[1]));
     }
   }
 };

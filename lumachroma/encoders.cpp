@@ -7,15 +7,15 @@ using namespace zim;
 
 namespace {
 
-using RgbC3 = Rgb<C3<Zim8u>>;
+using RgbC3 = RgbSource<C3<Zim8u>>;
 // Every sample mapped by the forward gamma curve first.
 struct RgbCurved : RgbC3 {
   static Zim8u mapped(std::byte sample) { return gammaCurveFwd8u[static_cast<std::size_t>(sample)]; }
 };
-using RgbAC4 = Rgb<AC4<Zim8u>>;
-using RgbP3 = Rgb<P3<Zim8u>>;
-using BgrC3 = Bgr<C3<Zim8u>>;
-using BgrAC4 = Bgr<AC4<Zim8u>>;
+using RgbAC4 = RgbSource<AC4<Zim8u>>;
+using RgbP3 = RgbSource<P3<Zim8u>>;
+using BgrC3 = BgrSource<C3<Zim8u>>;
+using BgrAC4 = BgrSource<AC4<Zim8u>>;
 
 using Planes422 = PlanesInOrder<kYCbCr, 2, 1>;
 using Planes411 = PlanesInOrder<kYCbCr, 4, 1>;
@@ -64,31 +64,31 @@ ZIM_TO_STREAM(zimiRGBToYUV422_8u_C3C2R,                N_S,   kFrom1x1, kSilent,
 
 ZIM_TO_PLANES(zimiBGRToYCbCr422_8u_C3P3R,              N_Q_S, kFrom2x1, kSilent,    BgrC3,   Planes422, Pair,         LoneLuma)
 ZIM_TO_PLANES(zimiBGRToYCbCr422_8u_AC4P3R,             N_Q_S, kFrom2x1, kSilent,    BgrAC4,  Planes422, Pair,         LoneLuma)
-ZIM_TO_PLANES(zimiRGBToYCbCr422_8u_C3P3R,              N_Q_S, kFrom2x1, kOddWidth,  RgbC3,   Planes422, Pair,         LeftAlone)
+ZIM_TO_PLANES(zimiRGBToYCbCr422_8u_C3P3R,              N_Q_S, kFrom2x1, kOddWidth,  RgbC3,   Planes422, Pair,         Dropped)
 ZIM_TO_PLANES(zimiRGBToYUV422_8u_C3P3R,                N_S_Q, kFrom1x1, kSilent,    RgbC3,   Planes422, PairYuv,      WholeYuv)
 ZIM_TO_PLANES(zimiRGBToYUV422_8u_P3R,                  N_S_Q, kFrom1x1, kSilent,    RgbP3,   Planes422, PairYuv,      WholeYuv)
 ZIM_TO_CONTIGUOUS(zimiRGBToYUV422_8u_C3P3,             N_S_Q, kFrom1x1, kSilent,    RgbC3,   Planes422, PairYuv,      WholeYuv)
 ZIM_TO_CONTIGUOUS(zimiRGBToYUV422_8u_P3,               N_S_Q, kFrom1x1, kSilent,    RgbP3,   Planes422, PairYuv,      WholeYuv)
 
-ZIM_TO_PLANES(zimiBGRToYCbCr411_8u_C3P3R,              N_Q_S, kFrom4x1, kNotByFour, BgrC3,   Planes411, Quad,         LeftAlone)
-ZIM_TO_PLANES(zimiBGRToYCbCr411_8u_AC4P3R,             N_Q_S, kFrom4x1, kNotByFour, BgrAC4,  Planes411, Quad,         LeftAlone)
+ZIM_TO_PLANES(zimiBGRToYCbCr411_8u_C3P3R,              N_Q_S, kFrom4x1, kNotByFour, BgrC3,   Planes411, Quad,         Dropped)
+ZIM_TO_PLANES(zimiBGRToYCbCr411_8u_AC4P3R,             N_Q_S, kFrom4x1, kNotByFour, BgrAC4,  Planes411, Quad,         Dropped)
 
-ZIM_TO_PLANES(zimiRGBToYCbCr420_8u_C3P3R,              N_S_Q, kFrom1x1, kOddSize,   RgbC3,   YCbCr420,  Block601,     LeftAlone)
-ZIM_TO_PLANES(zimiBGRToYCbCr420_8u_C3P3R,              N_Q_S, kFrom2x2, kOddSize,   BgrC3,   YCbCr420,  Block601,     LeftAlone)
-ZIM_TO_PLANES(zimiBGRToYCbCr420_8u_AC4P3R,             N_Q_S, kFrom2x2, kOddSize,   BgrAC4,  YCbCr420,  Block601,     LeftAlone)
-ZIM_TO_PLANES(zimiBGRToYCbCr420_709CSC_8u_C3P3R,       N_Q_S, kFrom2x2, kOddSize,   BgrC3,   YCbCr420,  Block709,     LeftAlone)
-ZIM_TO_PLANES(zimiBGRToYCbCr420_709CSC_8u_AC4P3R,      N_Q_S, kFrom2x2, kOddSize,   BgrAC4,  YCbCr420,  Block709,     LeftAlone)
-ZIM_TO_SEMI_PLANAR(zimiBGRToYCbCr420_709CSC_8u_C3P2R,  N_S,   kFrom2x2, kOddSize,   BgrC3,   SemiPlanar, Block709,    LeftAlone)
-ZIM_TO_PLANES(zimiBGRToYCbCr420_709HDTV_8u_AC4P3R,     N_Q_S, kFrom2x2, kOddSize,   BgrAC4,  YCbCr420,  BlockGuarded, LeftAlone)
-ZIM_TO_PLANES(zimiBGRToYCrCb420_8u_C3P3R,              N_Q_S, kFrom2x2, kOddSize,   BgrC3,   YCrCb420,  Block601,     LeftAlone)
-ZIM_TO_PLANES(zimiBGRToYCrCb420_8u_AC4P3R,             N_Q_S, kFrom2x2, kOddSize,   BgrAC4,  YCrCb420,  Block601,     LeftAlone)
-ZIM_TO_PLANES(zimiBGRToYCrCb420_709CSC_8u_C3P3R,       N_Q_S, kFrom2x2, kOddSize,   BgrC3,   YCrCb420,  Block709,     LeftAlone)
-ZIM_TO_PLANES(zimiBGRToYCrCb420_709CSC_8u_AC4P3R,      N_Q_S, kFrom2x2, kOddSize,   BgrAC4,  YCrCb420,  Block709,     LeftAlone)
-ZIM_TO_PLANES(zimiRGBToYCrCb420_8u_AC4P3R,             N_Q_S, kFrom2x2, kOddSize,   RgbAC4,  YCrCb420X, Block601,     LeftAlone)
-ZIM_TO_SEMI_PLANAR(zimiRGBToYCbCr420_8u_C3P2R,         S_N,   kFrom1x1, kOddSize,   RgbC3,   SemiPlanar, FloatCoder,  LeftAlone)
-ZIM_TO_SEMI_PLANAR(zimiRGBToYCbCr420_8u_C4P2R,         S_N,   kFrom1x1, kOddSize,   RgbAC4,  SemiPlanar, FloatCoder,  LeftAlone)
-ZIM_TO_PLANES(zimiBGRToYUV420_8u_AC4P3R,               N_S_Q, kFrom1x1, kOddSize,   BgrAC4,  YCbCr420,  BlockYuv,     LeftAlone)
-ZIM_TO_PLANES(zimiRGBToYUV420_8u_C3P3R,                N_S_Q, kFrom1x1, kOddSize,   RgbC3,   YCbCr420,  BlockYuv,     LeftAlone)
-ZIM_TO_PLANES(zimiRGBToYUV420_8u_P3R,                  N_S_Q, kFrom1x1, kOddSize,   RgbP3,   YCbCr420,  BlockYuv,     LeftAlone)
-ZIM_TO_CONTIGUOUS(zimiRGBToYUV420_8u_C3P3,             N_S_Q, kFrom1x1, kOddSize,   RgbC3,   YCbCr420,  BlockYuv,     LeftAlone)
-ZIM_TO_CONTIGUOUS(zimiRGBToYUV420_8u_P3,               N_S_Q, kFrom1x1, kOddSize,   RgbP3,   YCbCr420,  BlockYuv,     LeftAlone)
+ZIM_TO_PLANES(zimiRGBToYCbCr420_8u_C3P3R,              N_S_Q, kFrom1x1, kOddSize,   RgbC3,   YCbCr420,  Block601,     Dropped)
+ZIM_TO_PLANES(zimiBGRToYCbCr420_8u_C3P3R,              N_Q_S, kFrom2x2, kOddSize,   BgrC3,   YCbCr420,  Block601,     Dropped)
+ZIM_TO_PLANES(zimiBGRToYCbCr420_8u_AC4P3R,             N_Q_S, kFrom2x2, kOddSize,   BgrAC4,  YCbCr420,  Block601,     Dropped)
+ZIM_TO_PLANES(zimiBGRToYCbCr420_709CSC_8u_C3P3R,       N_Q_S, kFrom2x2, kOddSize,   BgrC3,   YCbCr420,  Block709,     Dropped)
+ZIM_TO_PLANES(zimiBGRToYCbCr420_709CSC_8u_AC4P3R,      N_Q_S, kFrom2x2, kOddSize,   BgrAC4,  YCbCr420,  Block709,     Dropped)
+ZIM_TO_SEMI_PLANAR(zimiBGRToYCbCr420_709CSC_8u_C3P2R,  N_S,   kFrom2x2, kOddSize,   BgrC3,   SemiPlanar, Block709,    Dropped)
+ZIM_TO_PLANES(zimiBGRToYCbCr420_709HDTV_8u_AC4P3R,     N_Q_S, kFrom2x2, kOddSize,   BgrAC4,  YCbCr420,  BlockGuarded, Dropped)
+ZIM_TO_PLANES(zimiBGRToYCrCb420_8u_C3P3R,              N_Q_S, kFrom2x2, kOddSize,   BgrC3,   YCrCb420,  Block601,     Dropped)
+ZIM_TO_PLANES(zimiBGRToYCrCb420_8u_AC4P3R,             N_Q_S, kFrom2x2, kOddSize,   BgrAC4,  YCrCb420,  Block601,     Dropped)
+ZIM_TO_PLANES(zimiBGRToYCrCb420_709CSC_8u_C3P3R,       N_Q_S, kFrom2x2, kOddSize,   BgrC3,   YCrCb420,  Block709,     Dropped)
+ZIM_TO_PLANES(zimiBGRToYCrCb420_709CSC_8u_AC4P3R,      N_Q_S, kFrom2x2, kOddSize,   BgrAC4,  YCrCb420,  Block709,     Dropped)
+ZIM_TO_PLANES(zimiRGBToYCrCb420_8u_AC4P3R,             N_Q_S, kFrom2x2, kOddSize,   RgbAC4,  YCrCb420X, Block601,     Dropped)
+ZIM_TO_SEMI_PLANAR(zimiRGBToYCbCr420_8u_C3P2R,         S_N,   kFrom1x1, kOddSize,   RgbC3,   SemiPlanar, FloatCoder,  Dropped)
+ZIM_TO_SEMI_PLANAR(zimiRGBToYCbCr420_8u_C4P2R,         S_N,   kFrom1x1, kOddSize,   RgbAC4,  SemiPlanar, FloatCoder,  Dropped)
+ZIM_TO_PLANES(zimiBGRToYUV420_8u_AC4P3R,               N_S_Q, kFrom1x1, kOddSize,   BgrAC4,  YCbCr420,  BlockYuv,     Dropped)
+ZIM_TO_PLANES(zimiRGBToYUV420_8u_C3P3R,                N_S_Q, kFrom1x1, kOddSize,   RgbC3,   YCbCr420,  BlockYuv,     Dropped)
+ZIM_TO_PLANES(zimiRGBToYUV420_8u_P3R,                  N_S_Q, kFrom1x1, kOddSize,   RgbP3,   YCbCr420,  BlockYuv,     Dropped)
+ZIM_TO_CONTIGUOUS(zimiRGBToYUV420_8u_C3P3,             N_S_Q, kFrom1x1, kOddSize,   RgbC3,   YCbCr420,  BlockYuv,     Dropped)
+ZIM_TO_CONTIGUOUS(zimiRGBToYUV420_8u_P3,               N_S_Q, kFrom1x1, kOddSize,   RgbP3,   YCbCr420,  BlockYuv,     Dropped)

@@ -18,9 +18,9 @@ struct Expand {
 };
 using WholeWords = Rules<N_S_T, Offsets::elements>;
 
-using Bgr555 = Bgr<Words555>;
-using Bgr565 = Bgr<Words565>;
-using Rgb565 = Rgb<Words565>;
+using Bgr555 = BgrSource<Words555>;
+using Bgr565 = BgrSource<Words565>;
+using Rgb565 = RgbSource<Words565>;
 
 using Planes422 = PlanesInOrder<kYCbCr, 2, 1>;
 using Planes411 = PlanesInOrder<kYCbCr, 4, 1>;
@@ -50,13 +50,13 @@ ZIM_TO_STREAM(zimiBGR555ToYCbCr422_16u8u_C3C2R, N_S,   kFrom2x1, kSilent,    Bgr
 ZIM_TO_STREAM(zimiBGR565ToYCbCr422_16u8u_C3C2R, N_S,   kFrom2x1, kSilent,    Bgr565, YCbYCr,    Pair,            LoneEighth)
 ZIM_TO_PLANES(zimiBGR555ToYCbCr422_16u8u_C3P3R, N_Q_S, kFrom2x1, kSilent,    Bgr555, Planes422, Pair,            LoneLuma)
 ZIM_TO_PLANES(zimiBGR565ToYCbCr422_16u8u_C3P3R, N_Q_S, kFrom2x1, kSilent,    Bgr565, Planes422, Pair,            LoneLuma)
-ZIM_TO_PLANES(zimiBGR555ToYCbCr411_16u8u_C3P3R, N_Q_S, kFrom4x1, kNotByFour, Bgr555, Planes411, Quad,            LeftAlone)
-ZIM_TO_PLANES(zimiBGR565ToYCbCr411_16u8u_C3P3R, N_Q_S, kFrom4x1, kNotByFour, Bgr565, Planes411, Quad,            LeftAlone)
+ZIM_TO_PLANES(zimiBGR555ToYCbCr411_16u8u_C3P3R, N_Q_S, kFrom4x1, kNotByFour, Bgr555, Planes411, Quad,            Dropped)
+ZIM_TO_PLANES(zimiBGR565ToYCbCr411_16u8u_C3P3R, N_Q_S, kFrom4x1, kNotByFour, Bgr565, Planes411, Quad,            Dropped)
 ZIM_TO_PLANES(zimiBGR555ToYCbCr420_16u8u_C3P3R, N_Q_S, kFrom2x2, kSilent,    Bgr555, YCbCr420,  Block601,        EdgeLuma)
 ZIM_TO_PLANES(zimiBGR565ToYCbCr420_16u8u_C3P3R, N_Q_S, kFrom2x2, kSilent,    Bgr565, YCbCr420,  Block601,        EdgeLuma)
 ZIM_TO_PLANES(zimiBGR555ToYCrCb420_16u8u_C3P3R, N_Q_S, kFrom2x2, kSilent,    Bgr555, YCrCb420,  Block601,        EdgeLuma)
 ZIM_TO_PLANES(zimiBGR565ToYCrCb420_16u8u_C3P3R, N_Q_S, kFrom2x2, kSilent,    Bgr565, YCrCb420,  Block601,        EdgeLuma)
-ZIM_TO_PLANES(zimiBGR555ToYUV420_16u8u_C3P3R,   N_Q_S, kFrom2x2, kOddSize,   Bgr555, YCbCr420,  BlockYuvRounded, LeftAlone)
-ZIM_TO_PLANES(zimiBGR565ToYUV420_16u8u_C3P3R,   N_Q_S, kFrom2x2, kOddSize,   Bgr565, YCbCr420,  BlockYuvRounded, LeftAlone)
-ZIM_TO_PLANES(zimiRGB565ToYUV420_16u8u_C3P3R,   N_S_Q, kFrom1x1, kOddSize,   Rgb565, YCbCr420,  BlockYuv,        LeftAlone)
-ZIM_TO_PLANES(zimiRGB565ToYUV422_16u8u_C3P3R,   N_S_Q, kFrom1x1, kOddWidth,  Rgb565, Planes422, PairYuv,         LeftAlone)
+ZIM_TO_PLANES(zimiBGR555ToYUV420_16u8u_C3P3R,   N_Q_S, kFrom2x2, kOddSize,   Bgr555, YCbCr420,  BlockYuvRounded, Dropped)
+ZIM_TO_PLANES(zimiBGR565ToYUV420_16u8u_C3P3R,   N_Q_S, kFrom2x2, kOddSize,   Bgr565, YCbCr420,  BlockYuvRounded, Dropped)
+ZIM_TO_PLANES(zimiRGB565ToYUV420_16u8u_C3P3R,   N_S_Q, kFrom1x1, kOddSize,   Rgb565, YCbCr420,  BlockYuv,        Dropped)
+ZIM_TO_PLANES(zimiRGB565ToYUV422_16u8u_C3P3R,   N_S_Q, kFrom1x1, kOddWidth,  Rgb565, Planes422, PairYuv,         Dropped)

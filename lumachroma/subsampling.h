@@ -28,7 +28,7 @@ ZIM_INLINE Pixels<Zim16s, N, 3> loadWoven(Position<const std::byte, Layout::plan
 }
 
 template <class SourceLayout>
-struct Rgb {
+struct RgbSource {
   using Layout = SourceLayout;
   static constexpr bool reversed = false;
 
@@ -38,7 +38,7 @@ struct Rgb {
   }
 };
 template <class SourceLayout>
-struct Bgr {
+struct BgrSource {
   using Layout = SourceLayout;
   static constexpr bool reversed = true;
 
@@ -306,7 +306,7 @@ void encodeMapped(Position<const std::byte, 1> from, Target to, std::ptrdiff_t p
 // ---- Tails: what becomes of the pixels beyond the last whole group of a row ----
 
 // They are left alone.
-struct LeftAlone {};
+struct Dropped {};
 
 // The lone last pixel: its luma, and the chroma that comes first, by a kernel for single pixels.
 template <class Kernel>
@@ -350,7 +350,7 @@ struct LumaOfEdges : LumaOnly<LumaKernel> {
 
   template <class Source, class Target>
   static void lastRow(Position<const std::byte, 1> from, const Target& to, std::ptrdiff_t width) {
-    static_assert(std::is_same_v<Source, Bgr<typename Source::Layout>>);
+    static_assert(std::is_same_v<Source, BgrSource<typename Source::Layout>>);
     convertRow<typename Source::Layout, C1<Zim8u>>(from, {{to.luma[0]}}, width, InOrder());
   }
 };
@@ -399,7 +399,7 @@ ZimResult encode(const Encoding<least, typename Source::Layout, Image>& call) {
     } else {
       encodeGroups<Source>(from, to, grouped, coder);
     }
-    if constexpr (!std::is_same_v<Tail, LeftAlone>) {
+    if constexpr (!std::is_same_v<Tail, Dropped>) {
       if (grouped < width) Tail::template run<Source>(from, to, grouped);
     }
   }

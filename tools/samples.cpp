@@ -69,7 +69,8 @@ void setSample(std::byte* row, SampleType type, int i, double value) {
 
 using Channels = std::vector<Picture>;
 
-// L, U and V as floats are in their own units. A model wider than the colours it comes from holds differences of them in all channels but the first.
+// L, U and V as floats are in their own units. A model wider than the colours it comes from holds differences of them
+// in all channels but the first.
 Range rangeOfChannel(const Side& side, const Side& source, int channel) {
   if (side.colourWord.starts_with('Y') && bits(side.type) > bits(source.type)) {
     const Range colours = rangeOf(source.type);
