@@ -3,9 +3,11 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS zimcore zimcc EXPORT zimcc-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-# Found by the loader in place of the first on a processor that has x86-64-v3; nothing links to it by name.
-install(TARGETS zimcc_v3
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-v3 NAMELINK_SKIP)
+if(ZIMCC_V3)
+  # Found by the loader in place of the first on a processor that has x86-64-v3; nothing links to it by name.
+  install(TARGETS zimcc_v3
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-v3 NAMELINK_SKIP)
+endif()
 install(FILES include/zimcc.h include/zimcore.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/zimcc)
