@@ -156,7 +156,7 @@ template <class Source, class Destination, class Kernel>
   convertRow<Source, Destination>(from, to, width, Kernel(kernel));
 }
 
-// The rows of an image, shared among a team; thresholds(row, use) calls use(kernel).
+// The rows of an image, shared among a team; withKernel(row, use) calls use with the kernel of the row.
 template <class Team, Offsets offsets, class Source, class Destination, class WithKernel>
 void reduceRows(const Conversion<Source, Destination>& call, const WithKernel& withKernel) {
   const auto source = Source::start(call.pSrc);
