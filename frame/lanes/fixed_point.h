@@ -161,18 +161,22 @@ ZIM_INLINE Limbs<N> sum(Limbs<N> a, Limbs<N> b) {
   return {highOfSum(a, b), a.low + b.low + Zim16s{-32768}};
 }
 
-// a + c. A half in the lower limb carries where that has its highest bit.
+// a + c. A half in the lower limb carries where that has its highest bit; more than a half is less than nothing there,
+// and borrows.
 template <Zim32s c, int N>
 ZIM_INLINE Limbs<N> plus(Limbs<N> a) {
-  constexpr Zim32s half = 32768;
-  constexpr auto high = static_cast<Zim16s>(c >> 16), low = static_cast<Zim16s>((c & 0xFFFF) - half);
-  if constexpr ((c & 0xFFFF) == 0) {
+  constexpr Zim32s half = 32768, low = c & 0xFFFF;
+  constexpr auto high = static_cast<Zim16s>((c >> 16) + (low > half ? 1 : 0));
+  if constexpr (low == 0) {
     return {a.high + high, a.low};
-  } else if constexpr ((c & 0xFFFF) == half) {
+  } else if constexpr (low == half) {
     const auto moved = a.low + static_cast<Zim16s>(-half);
     return {a.high - (moved >> 15) + high, moved};
+  } else if constexpr (low > half) {
+    const Lane<Zim16s, N> leastWithoutBorrow = static_cast<Zim16s>(half - low);
+    return {a.high + (leastWithoutBorrow > a.low) + high, a.low + static_cast<Zim16s>(low - 2 * half)};
   } else {
-    return sum(a, Limbs<N>{high, low});
+    return sum(a, Limbs<N>{high, static_cast<Zim16s>(low - half)});
   }
 }
 
