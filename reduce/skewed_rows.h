@@ -169,7 +169,7 @@ class SkewedRows {
   Rule rule_;
   Zim32s width_;
   ErrorRows above_;
-  std::array<Step, behind + steps> history_;
+  Step history_[behind + steps];
   Element samples_[rows][steps], thresholds_[rows][steps] = {}, results_[rows][steps];
   Element incoming_[depth][steps];
 };
