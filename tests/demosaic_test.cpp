@@ -307,7 +307,7 @@ TEST_P(Demosaic, RegionsBeyondTheImage) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Demosaic, testing::ValuesIn(exportsWhere([](const Export& e) { return e.takesRegion; })),
+INSTANTIATE_TEST_SUITE_P(All, Demosaic, testing::ValuesIn(formsWhere([](const Export& e) { return e.takesRegion; })),
                          nameOf);
 
 }  // namespace

@@ -215,7 +215,7 @@ struct Use {
   ZimiSize largestWithout, leastWith;  // scratch memory
 };
 
-// Exports that allocate, from which size on. All others never do.
+// Exports that allocate, from which size on. All others but bit reduction never do.
 constexpr Use kUses[] = {
     {"zimiGamma*_16u_*", {21845, 1}, {21846, 1}},
 };
@@ -223,6 +223,8 @@ constexpr Use kUses[] = {
 TEST(OwnServices, ScratchIsAskedForGivenBackAndMissed) {
   for (const Export& e : catalogue::exports()) {
     SCOPED_TRACE(e.name);
+    // Bit reduction asks several times at any size; its own tests have each of them fail.
+    if (test::matches(e, "zimiReduceBits_*")) continue;
     const Caller call(e);
     const auto resultAt = [&](ZimiSize size, bool failing) {
       Image source(e.source, size), destination(e.destination, size);

@@ -92,15 +92,14 @@ constexpr Entry kEntries[] = {
     {kShared, "zimiBGRToYCbCr420_709CSC_8u_C3P2R", "4:2:0 with Cb and Cr as pairs, BT.709"},
     {kShared, "zimiRGBToCbYCr422_8u_C3C2R", "4:2:2 with filtered chroma"},
     {kShared, "zimiBGRToYCbCr411_8u_C3P3R", "4:1:1: chroma at a quarter of the width"},
-    {kPacked, "zimiBGR565ToBGR_16u8u_C3R", "From 16 bits a pixel: 32 levels of red and blue, 64 of green", "",
-     Input::photo, 4},
-
     {kShared, "zimiYCbCr420ToRGB_8u_P3C3R", "To 4:2:0 and back: chroma for 2 x 2 pixels"},
     {kShared, "zimiYCbCr420ToRGB_8u_P3C3R", "The same, eight times as large", "", Input::photo, 8},
     {kShared, "zimiYCbCr411ToBGR_8u_P3C3R", "To 4:1:1 and back, eight times as large", "", Input::photo, 8},
     {kShared, "zimiCbYCr422ToBGR_709HDTV_8u_C2C4R", "Packed 4:2:2 of BT.601 taken for BT.709 in full range"},
 
     {kPacked, "zimiRGBToRGB565_8u16u_C3R", "Cut to 5, 6 and 5 bits", "", Input::photo, 4},
+    {kPacked, "zimiBGR565ToBGR_16u8u_C3R", "From 16 bits a pixel: 32 levels of red and blue, 64 of green", "",
+     Input::photo, 4},
     {kPacked, "zimiYCbCr420ToRGB565_8u16u_P3C3R", "The same from 4:2:0", "", Input::photo, 4},
     {kPacked, "zimiYCbCr420ToRGB565Dither_8u16u_P3C3R", "With ordered dither", "", Input::photo, 4},
     {kPacked, "zimiYCbCrToRGB444_8u16u_C3R", "Cut to 4 bits each", "", Input::photo, 4},
