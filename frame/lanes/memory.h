@@ -430,7 +430,8 @@ ZIM_INLINE Lane<T, N> shiftedUp(Lane<T, N> a, const T* first) {
   static_assert(sizeof(T) == 4 && kForm<T, N> == Form::whole);
 #if defined(__AVX2__)
   const __m256i moved = _mm256_permutevar8x32_epi32((Register)a.v, _mm256_setr_epi32(0, 0, 1, 2, 3, 4, 5, 6));
-  const __m256i both = _mm256_blend_epi32(moved, (Register)Lane<T, N>(*first).v, 1);
+  const auto inFirst = (Register)Lane<T, N>(*first).v;
+  const __m256i both = _mm256_blend_epi32(moved, inFirst, 1);
 #else
   const auto both = (Register)_mm_move_ss((__m128)_mm_slli_si128((Register)a.v, 4), (__m128)Lane<T, N>(*first).v);
 #endif
