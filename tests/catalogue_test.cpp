@@ -167,7 +167,8 @@ TEST(Caller, PassesPlanesOneByOneAndStepArrays) {
   };
   const Export e = standIn("zimiYCbCr420_8u_P2P3R", reinterpret_cast<AnyFunction>(function));
   Image source(e.source, kSize, 2), destination(e.destination, kSize, 3);
-  EXPECT_EQ(Caller(e)(Operands(e, source, destination)), zimWarnOddSize);
+  const Operands operands(e, source, destination);  // holds the arrays
+  EXPECT_EQ(Caller(e)(operands), zimWarnOddSize);
   for (const std::size_t plane : {0U, 1U}) {
     EXPECT_EQ(received.source[plane], source.row(plane, 0));
     EXPECT_EQ(received.sourceStep[plane], 8);
