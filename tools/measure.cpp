@@ -7,6 +7,7 @@ namespace zim::tool {
 namespace {
 
 constexpr double kRoundSeconds = 2e-3;
+constexpr double kMostSeconds = 0.5;  // after which there are no more rounds
 
 double secondsOf(const std::function<void()>& function, int calls) {
   const auto start = std::chrono::steady_clock::now();
@@ -27,9 +28,12 @@ std::vector<Timing> measure(const std::vector<std::function<void()>>& functions,
   std::vector<int> calls(functions.size());
   std::ranges::transform(functions, calls.begin(), callsInRound);
   std::vector<std::vector<double>> seconds(functions.size());
-  for (int round = 0; round < rounds; ++round) {
+  double total = 0;
+  for (int round = 0; round < rounds && total < kMostSeconds; ++round) {
     for (std::size_t i = 0; i < functions.size(); ++i) {
-      seconds[i].push_back(secondsOf(functions[i], calls[i]) / calls[i]);
+      const double ofRound = secondsOf(functions[i], calls[i]);
+      seconds[i].push_back(ofRound / calls[i]);
+      total += ofRound;
     }
   }
   std::vector<Timing> timings;

@@ -12,7 +12,8 @@ struct Timing {
   double best, median;  // seconds a call
 };
 
-// Times several functions in turns, so that what disturbs one disturbs the others as well.
+// Times several functions in turns, so that what disturbs one disturbs the others as well; in fewer rounds where they
+// take long.
 std::vector<Timing> measure(const std::vector<std::function<void()>>& functions, int rounds);
 
 // What one call reads and writes.
