@@ -17,10 +17,7 @@ using FromYuv = DecodeShared<Decoder{DYUV, Rounding::truncating}>;
 using FromYuvRounded = DecodeShared<Decoder{DYUV, Rounding::rounding}>;
 using FromFloat = DecodeFloat;
 
-using P422 = ThreePlanes<2, 1>;
-using P420 = ThreePlanes<2, 2>;
 using P420CrCb = ThreePlanes<2, 2, ChromaOrder::crCb>;
-using P411 = ThreePlanes<4, 1>;
 
 using C3u = C3<Zim8u>;
 using C4u = C4<Zim8u>;

@@ -10,16 +10,9 @@ namespace {
 using FromYCbCr = DecodeScaled<S601>;
 using FromYuv = DecodeScaled<SYUV>;
 
-using P444 = ThreePlanes<1, 1>;
-using P422 = ThreePlanes<2, 1>;
-using P420 = ThreePlanes<2, 2>;
-
-// Every pixel is converted. Rows are as many whole words apart as the step holds.
-template <class Tests, class LoneColumns>
-using Everything = SharedRules<Tests, LoneColumns, OddSize::silent, 1, 1, Offsets::elements>;
-using Planes = Everything<N_S_Q, WithOwnChroma>;
-using Packed = Everything<N_S, OneSampleForBoth>;
-using Triple = Everything<N_S, WithOwnChroma>;
+using Planes = EveryPixel<N_S_Q, WithOwnChroma>;
+using Packed = EveryPixel<N_S, OneSampleForBoth>;
+using Triple = EveryPixel<N_S, WithOwnChroma>;
 
 }  // namespace
 

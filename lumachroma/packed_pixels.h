@@ -58,5 +58,9 @@ struct ToWords {
 template <WordFormat format>
 using Words = ToWords<format, Truncated<format>>;
 
+// Rules of words: every pixel is converted, and rows are as many whole words apart as the step holds.
+template <class Tests, class LoneColumns>
+using EveryPixel = SharedRules<Tests, LoneColumns, OddSize::silent, 1, 1, Offsets::elements>;
+
 }  // namespace ZIM_TARGET_NAMESPACE
 }  // namespace zim

@@ -14,17 +14,10 @@ using From601 = DecodeShared<Decoder{D601, Rounding::truncating}>;
 using From601Rounded = DecodeShared<Decoder{D601, Rounding::rounding}>;
 using FromYuv = DecodeShared<Decoder{DYUV, Rounding::truncating}>;
 
-using P444 = ThreePlanes<1, 1>;
-using P422 = ThreePlanes<2, 1>;
-using P420 = ThreePlanes<2, 2>;
-using P411 = ThreePlanes<4, 1>;
-
-// Every pixel is converted. Rows are as many whole words apart as the step holds; those of 4:1:1 are exact bytes apart.
-template <class Tests, class LoneColumns>
-using Everything = SharedRules<Tests, LoneColumns, OddSize::silent, 1, 1, Offsets::elements>;
-using Planes = Everything<N_S_Q, WithOwnChroma>;
-using Packed = Everything<N_S, HalfFromPairBefore>;
-using Triple = Everything<N_S, WithOwnChroma>;
+using Planes = EveryPixel<N_S_Q, WithOwnChroma>;
+using Packed = EveryPixel<N_S, HalfFromPairBefore>;
+using Triple = EveryPixel<N_S, WithOwnChroma>;
+// Rows are exact bytes apart.
 using Planes411 = SharedRules<N_Q_S, AsGroupBefore, OddSize::warned, 4>;
 
 // Images of one column or one row stay unwritten.

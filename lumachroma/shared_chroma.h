@@ -84,6 +84,11 @@ struct ThreePlanes {
   }
 };
 
+using P444 = ThreePlanes<1, 1>;
+using P422 = ThreePlanes<2, 1>;
+using P420 = ThreePlanes<2, 2>;
+using P411 = ThreePlanes<4, 1>;
+
 // A plane of luma and one of interleaved Cb and Cr, of which one pair belongs to a block of 2 x 2 pixels.
 struct TwoPlanes420 {
   static constexpr int across = 2, down = 2;
