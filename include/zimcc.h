@@ -1507,7 +1507,8 @@ ZimResult zimiToneMapMean_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* p
  * dither chooses between the two levels beside a sample:
  *   zimDitherKindNone             the nearer one.
  *   zimDitherKindBayer            the upper one where the sample is above the lower by more than a threshold of its
- *                                 column and row. Float results outside the destination's range keep their low bits.
+ *                                 column and row. Float results outside the destination's range keep their low bits, as
+ *                                 do bytes of bytes that noise lifts above white.
  *   zimDitherKindFloydSteinberg,  by half a level, after the errors of neighbours to the left and above have been
  *   ...JarvisJudiceNinke,         added. Samples that errors take to white or black pass nothing on.
  *   ...Stucki
