@@ -1,21 +1,27 @@
-/* zimcc: colour conversion of two-dimensional images.
+/** \file
+ * \mainpage zimcc: colour conversion of two-dimensional images
  *
  * Every operation converts one region and returns a ZimResult. A region is given by pointers to its first pixel, row
  * steps in bytes and a ZimiSize. No buffer has to be aligned, and no operation keeps a pointer after it returns.
- * Operations may be called from any number of threads at once on disjoint destinations.
+ * Operations may be called from any number of threads at once on disjoint destinations. Source and destination must not
+ * overlap, other than by the operations in place.
  *
  * Names read: zimi + operation [+ variant] _ sample types _ layout [+ R].
- *   Sample types: one word where source and destination agree (8u), else source first (8u16s).
- *   Layouts:      C1, C3, C4  interleaved samples, in the order that the colour words spell
- *                 C2          packed 4:2:2: two samples a pixel, in the order that the colour word spells
- *                 AC4         four interleaved samples; the fourth is not read, and is left as it was when written to
- *                 P2          a plane of luma and one of chroma pairs, each with its own pointer and step
- *                 P3, P4      planes: the address of an array of plane pointers, one step for all planes or, where
- *                             pixels share chroma, the address of an array with a step for each
- *   IR            in place: one pointer, one step.
+ *
+ * Sample types: one word where source and destination agree (8u), else source first (8u16s). Layouts, likewise:
+ *
+ * - C1, C3, C4: interleaved samples, in the order that the colour words spell
+ * - C2: packed 4:2:2, two samples a pixel, in the order that the colour word spells
+ * - AC4: four interleaved samples; the fourth is not read, and is left as it was when written to
+ * - P2: a plane of luma and one of chroma pairs, each with its own pointer and step
+ * - P3, P4, AP4: planes; the address of an array of plane pointers, one step for all planes or, where pixels share
+ *   chroma, the address of an array with a step for each
+ * - R: with steps; names without it are of images without gaps
+ * - IR: in place, one pointer, one step
  *
  * Steps are distances in bytes between the starts of successive rows. Where an operation does not say that it tests
- * them, zero re-reads (or re-writes) one row and a negative step walks upward in memory.
+ * them, zero re-reads (or re-writes) one row and a negative step walks upward in memory. aval is stored as the fourth
+ * sample of each pixel.
  *
  * Common results, unless an operation says more: zimResultNullPointer for a null pointer, then zimResultBadSize for a
  * width or height below 1; nothing is written in either case.
@@ -29,7 +35,8 @@
 extern "C" {
 #endif
 
-/* ---- Types ------------------------------------------------------------------------------------------------------ */
+/** \defgroup types Types and version
+ * @{ */
 
 typedef uint8_t Zim8u;
 typedef int8_t Zim8s;
@@ -104,8 +111,10 @@ typedef struct ZimLibraryVersion {
 /** The version record of the loaded build: constant, the same pointer at every call, never to be freed. */
 const ZimLibraryVersion* zimccGetLibVersion(void);
 
-/* ---- Gray ---------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup gray Gray
+ * @{ */
 
 /** \name Luma of three samples with fixed weights
  *
@@ -152,8 +161,10 @@ ZimResult zimiColorToGray_64f_AC4C1R(const Zim64f* pSrc, Zim32s srcStep, Zim64f*
                                      const Zim64f coeffs[3]);
 /** @} */
 
-/* ---- CIE XYZ --------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup xyz CIE XYZ
+ * @{ */
 
 /** \name RGB to XYZ, BT.709 primaries and white D65
  *
@@ -187,8 +198,10 @@ ZimResult zimiXYZToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst,
 ZimResult zimiXYZToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- CIE LUV and Lab ------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup luv_lab CIE LUV and Lab
+ * @{ */
 
 /** \name Linear RGB to CIE 1976 L*u*v*
  *
@@ -245,8 +258,10 @@ ZimResult zimiLabToBGR_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zi
 ZimResult zimiLabToBGR_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- PhotoYCC -------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup photoycc PhotoYCC
+ * @{ */
 
 /** \name RGB to PhotoYCC
  *
@@ -281,8 +296,10 @@ ZimResult zimiYCCToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst,
 ZimResult zimiYCCToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- HLS ------------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup hls HLS
+ * @{ */
 
 /** \name RGB to hue, lightness, saturation
  *
@@ -358,8 +375,10 @@ ZimResult zimiHLSToBGR_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u*
                               ZimiSize roiSize);
 /** @} */
 
-/* ---- HSV ------------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup hsv HSV
+ * @{ */
 
 /** \name RGB to hue, saturation, value
  *
@@ -384,8 +403,10 @@ ZimResult zimiHSVToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst,
 ZimResult zimiHSVToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- YCbCr and YUV at full resolution -----------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup ycbcr YCbCr and YUV at full resolution
+ * @{ */
 
 /** \name RGB to YCbCr, BT.601 in studio range
  *
@@ -463,8 +484,10 @@ ZimResult zimiYUVToRGB_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u*
                               ZimiSize roiSize);
 /** @} */
 
-/* ---- Encoders of shared chroma -----------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup encoders Encoders of shared chroma
+ * @{ */
 
 /** \name RGB and BGR to YCbCr with chroma shared by pixels, BT.601 in studio range: streams of 4:2:2
  *
@@ -669,8 +692,10 @@ ZimResult zimiBGR565ToBGR_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* p
 ZimResult zimiRGB565ToRGB_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- Decoders of shared chroma ----------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup decoders Decoders of shared chroma
+ * @{ */
 
 /** \name Packed 4:2:2 to RGB and BGR
  *
@@ -771,8 +796,10 @@ ZimResult zimiYCbCr411ToBGR_8u_P3C4R(const Zim8u* const pSrc[3], const Zim32s sr
                                      ZimiSize roiSize, Zim8u aval);
 /** @} */
 
-/* ---- Packed 16-bit pixels ---------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup packed Packed 16-bit pixels
+ * @{ */
 
 /** \name RGB and BGR to packed 16-bit pixels
  *
@@ -987,8 +1014,10 @@ ZimResult zimiYUV420ToRGB565Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const
                                                Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- YCoCg ----------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup ycocg YCoCg
+ * @{ */
 
 /** \name RGB and BGR to YCoCg
  *
@@ -1073,7 +1102,9 @@ ZimResult zimiYCoCgToSBGR_Rev_32s16s_P3C4R(const Zim32s* const pSrc[3], Zim32s s
                                            ZimiSize roiSize, Zim16s aval);
 /** @} */
 
-/* ---- Chroma layouts -------------------------------------------------------------------------------------------------
+/** @} */
+
+/** \defgroup layouts Chroma layouts
  *
  * Luma-chroma images of 8-bit samples between layouts and sub-samplings, without a change of colour model.
  *
@@ -1084,7 +1115,7 @@ ZimResult zimiYCoCgToSBGR_Rev_32s16s_P3C4R(const Zim32s* const pSrc[3], Zim32s s
  *
  * Null pointers, planes and arrays of steps give zimResultNullPointer; pointers are tested before the size unless a
  * declaration says otherwise. Steps are not tested. Luma is copied as it stands where nothing is said of it.
- */
+ * @{ */
 
 /** \name Layout and order alone
  *
@@ -1268,13 +1299,14 @@ ZimResult zimiYCbCr420To411_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcS
  * How the sums round is particular to each row. With Y1 = min(((Y[r-1] + 2 Y[r] + Y[r+1]) >> 2) + 1, 255), Y0 without
  * the 1, edges with the row itself in place of the one beyond; C1 = min(((C[m] + C[m+1]) >> 1) + 1, 255), C0 without
  * the 1, m = r / 2:
- *   - zimiYCbCr420ToYCbCr422_Filter_8u_P2C2R: Y1 and C1, but Y0 in row 1 of a top slice and in the last two rows of a
- *     bottom slice, and C0 in the inner rows of a whole image and in the last two rows of a bottom slice; the last two
- *     rows have the chroma of the last pair of rows. A whole image of two rows has the chroma of its one row.
- *   - zimiYCbCr420ToYCrCb420_Filter_8u_P2P3R: Y1 and C1 in a whole image, Y0 and C0 in slices; the last row has the
- * chroma of the one above it. A whole image of two rows keeps its chroma. The first byte of each pair goes to plane 1.
- * In center, bottom and whole, plane 1 advances by the step of plane 2 and plane 2 by that of plane 1. Null planes are
- *     found after a size below 1 x 1 and before one below 2 x 2. A top slice of height 2 writes nothing.
+ *
+ * - zimiYCbCr420ToYCbCr422_Filter_8u_P2C2R: Y1 and C1, but Y0 in row 1 of a top slice and in the last two rows of a
+ *   bottom slice, and C0 in the inner rows of a whole image and in the last two rows of a bottom slice; the last two
+ *   rows have the chroma of the last pair of rows. A whole image of two rows has the chroma of its one row.
+ * - zimiYCbCr420ToYCrCb420_Filter_8u_P2P3R: Y1 and C1 in a whole image, Y0 and C0 in slices; the last row has the
+ *   chroma of the one above it. A whole image of two rows keeps its chroma. The first byte of each pair goes to
+ * plane 1. In center, bottom and whole, plane 1 advances by the step of plane 2 and plane 2 by that of plane 1. Null
+ * planes are found after a size below 1 x 1 and before one below 2 x 2. A top slice of height 2 writes nothing.
  *
  * Sizes from 2 x 2; an odd last column or row is left out.
  * @{ */
@@ -1341,8 +1373,10 @@ ZimResult zimiYCbCr420ToCbYCr422_Interlace_8u_P3C2R(const Zim8u* const pSrc[3], 
                                                     Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- Colour twist --------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup twist Colour twist
+ * @{ */
 
 /** \name Affine map of the three samples of a pixel
  *
@@ -1412,8 +1446,10 @@ ZimResult zimiColorTwist_32f_IP3R(Zim32f* const pSrcDst[3], Zim32s srcDstStep, Z
 ZimResult zimiColorTwist_32f_C4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
                                  const Zim32f twist[4][4]);
 
-/* ---- Gamma ---------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup gamma Gamma
+ * @{ */
 
 /** \name BT.709 transfer curve of integer samples
  *
@@ -1480,8 +1516,10 @@ ZimResult zimiGammaInv_32f_IP3R(Zim32f* const pSrcDst[3], Zim32s srcDstStep, Zim
                                 Zim32f vMax);
 /** @} */
 
-/* ---- Tone mapping --------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup tone_mapping Tone mapping
+ * @{ */
 
 /** \name High-range gray to 8 bits by one scale for the whole image
  *
@@ -1495,8 +1533,10 @@ ZimResult zimiToneMapLinear_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u*
 ZimResult zimiToneMapMean_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- Bit depth ------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup bit_depth Bit depth
+ * @{ */
 
 /** \name Fewer levels, with or without dither
  *
@@ -1610,13 +1650,15 @@ ZimResult zimiReduceBits_8u1u_C1R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst
                                   ZimiSize roiSize, Zim32s unread1, Zim32s unread2, ZimDitherKind dither,
                                   Zim8u threshold);
 
-/* ---- Demosaicing ---------------------------------------------------------------------------------------------------
+/** @} */
+
+/** \defgroup demosaicing Demosaicing
  *
  * RGB from the raw image of a sensor behind a Bayer colour filter array, one sample a pixel. These operations see the
  * whole source image, so that a region of it has its neighbours: pSrc is the image's pixel (0, 0), srcSize its size,
  * and srcRoi the region to be converted, whose first pixel goes to pDst. A region that reaches beyond the right or the
  * lower edge ends there; one with nothing left writes nothing, which is a success.
- */
+ * @{ */
 
 /** \name By averages of neighbours
  *
@@ -1647,6 +1689,8 @@ ZimResult zimiDemosaicAHD_8u_C1C3R(const Zim8u* pSrc, ZimiRegion srcRoi, ZimiSiz
                                    Zim32s dstStep, ZimBayerGrid grid, Zim8u* pBuf, Zim32s bufStep);
 ZimResult zimiDemosaicAHD_16u_C1C3R(const Zim16u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep,
                                     Zim16u* pDst, Zim32s dstStep, ZimBayerGrid grid, Zim16u* pBuf, Zim32s bufStep);
+/** @} */
+
 /** @} */
 
 #ifdef __cplusplus
