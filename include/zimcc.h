@@ -493,10 +493,10 @@ ZimResult zimiYUVToRGB_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u*
  *
  * A pair of pixels takes four bytes, in the order that the destination's colour word spells: YCbCr422 is Y, Cb, Y, Cr,
  * CbYCr422 is Cb, Y, Cr, Y. Chroma is that of the pair's average, rounded in the RGB forms and in
- * zimiBGRToCbYCr422_8u_AC4C2R, and by an eighth of a level in zimiBGRToYCbCr422_*. zimiRGBToYCbCr422_* and
- * zimiRGBToYCrCb422_* truncate the luma of every second pixel. The last pixel of an odd width writes two bytes, its
- * luma and the chroma that comes first in a pair, which is its own. Any size from 1 x 1, zimiBGRToYCbCr422_* from 2
- * x 1. Null planes of a source are found after the size is tested.
+ * zimiBGRToCbYCr422_8u_AC4C2R; in zimiBGRToYCbCr422_* an eighth of a level is added in place of a half.
+ * zimiRGBToYCbCr422_8u_*C2R and zimiRGBToYCrCb422_8u_*C2R truncate the luma of every second pixel. The last pixel of an
+ * odd width writes two bytes, its luma and the chroma that comes first in a pair, which is its own. Any size from 1 x
+ * 1, zimiBGRToYCbCr422_* from 2 x 1. Null planes of a source are found after the size is tested.
  * @{ */
 ZimResult zimiRGBToYCbCr422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 ZimResult zimiRGBToYCbCr422_8u_P3C2R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
@@ -534,9 +534,9 @@ ZimResult zimiBGRToCbYCr422_709HDTV_8u_AC4C2R(const Zim8u* pSrc, Zim32s srcStep,
 
 /** \name RGB and BGR to planes of 4:2:2, BT.601 in studio range
  *
- * Chroma rows of half the width, rounded by an eighth of a level. dstStep has a step for each plane. Sizes from 2 x 1.
- * Of an odd width the BGR forms write the last pixel's luma and no chroma; zimiRGBToYCbCr422_8u_C3P3R leaves it alone
- * and returns zimWarnOddSize. Null planes are found before the size is tested.
+ * Chroma rows of half the width, with an eighth of a level added in place of a half. dstStep has a step for each plane.
+ * Sizes from 2 x 1. Of an odd width the BGR forms write the last pixel's luma and no chroma; zimiRGBToYCbCr422_8u_C3P3R
+ * leaves it alone and returns zimWarnOddSize. Null planes are found before the size is tested.
  * @{ */
 ZimResult zimiRGBToYCbCr422_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
                                      ZimiSize roiSize);
@@ -548,9 +548,9 @@ ZimResult zimiBGRToYCbCr422_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* 
 
 /** \name BGR to planes of 4:1:1, BT.601 in studio range
  *
- * Chroma rows of a quarter of the width, rounded by an eighth of a level. dstStep has a step for each plane. Sizes from
- * 4 x 1; of a width that is no multiple of 4 the last pixels are left alone, and the result is zimWarnOddSize. Null
- * planes are found before the size is tested.
+ * Chroma rows of a quarter of the width, with an eighth of a level added in place of a half. dstStep has a step for
+ * each plane. Sizes from 4 x 1; of a width that is no multiple of 4 the last pixels are left alone, and the result is
+ * zimWarnOddSize. Null planes are found before the size is tested.
  * @{ */
 ZimResult zimiBGRToYCbCr411_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
                                      ZimiSize roiSize);
@@ -560,9 +560,9 @@ ZimResult zimiBGRToYCbCr411_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* 
 
 /** \name RGB and BGR to planes of 4:2:0, studio range
  *
- * Chroma of half the width and half the height, rounded by an eighth of a level; BT.601, with 709CSC BT.709. In
- * YCrCb420 plane 1 is Cr. dstStep has a step for each plane; in zimiRGBToYCrCb420_8u_AC4P3R alone plane 1 advances by
- * dstStep[2] and plane 2 by dstStep[1]. P2 has pairs of Cb and Cr in its second plane. Sizes from 2 x 2,
+ * Chroma of half the width and half the height, with an eighth of a level added in place of a half; BT.601, with 709CSC
+ * BT.709. In YCrCb420 plane 1 is Cr. dstStep has a step for each plane; in zimiRGBToYCrCb420_8u_AC4P3R alone plane 1
+ * advances by dstStep[2] and plane 2 by dstStep[1]. P2 has pairs of Cb and Cr in its second plane. Sizes from 2 x 2,
  * zimiRGBToYCbCr420_8u_C3P3R from 1 x 1. An odd last column or row is left alone, and the result is zimWarnOddSize.
  * Null planes are found before the size is tested, in zimiRGBToYCbCr420_8u_C3P3R after.
  * @{ */
@@ -640,10 +640,10 @@ ZimResult zimiRGBToYUV420_8u_P3(const Zim8u* const pSrc[3], Zim8u* const pDst[3]
  *
  * A word holds B in its low bits, then G, then R: 5 bits each (555; the highest bit is not used) or 5, 6 and 5 (565).
  * They expand to 8 bits by zeros below, so that white is (248, 248, 248) or (248, 252, 248). Steps are exact bytes;
- * words need not be aligned. Chroma is rounded by an eighth of a level. 422 from 2 x 1: the last pixel of an odd width
- * writes its luma and, in C2, its own Cb. 411 from 4 x 1: the last pixels of a width that is no multiple of 4 are left
- * alone, and the result is zimWarnOddSize. 420 from 2 x 2: an odd last column or row has its luma and no chroma. Null
- * planes are found before the size is tested.
+ * words need not be aligned. In chroma an eighth of a level is added in place of a half. 422 from 2 x 1: the last pixel
+ * of an odd width writes its luma and, in C2, its own Cb. 411 from 4 x 1: the last pixels of a width that is no
+ * multiple of 4 are left alone, and the result is zimWarnOddSize. 420 from 2 x 2: an odd last column or row has its
+ * luma and no chroma. Null planes are found before the size is tested.
  * @{ */
 ZimResult zimiBGR555ToYCbCr422_16u8u_C3C2R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
                                            ZimiSize roiSize);
@@ -1541,18 +1541,18 @@ ZimResult zimiToneMapMean_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* p
 /** \name Fewer levels, with or without dither
  *
  * Snaps every sample to one of `levels` equally spaced values of the source's range, black and white among them, and
- * stores it in the destination's type. 32f sources range from 0 to 1. 16-bit sources give 8-bit destinations the high
- * byte of their level; 8u stores level n as n times a step of 1/256 units, which may end at 254.
+ * stores it in the destination's type. 32f sources range from 0 to 1. With dither, 16-bit sources give 8-bit
+ * destinations the high byte of their level, and 8u stores level n as n times a step of 1/256 units, which may end at
+ * 254. dither chooses between the two levels beside a sample:
  *
- * dither chooses between the two levels beside a sample:
- *   zimDitherKindNone             the nearer one.
- *   zimDitherKindBayer            the upper one where the sample is above the lower by more than a threshold of its
- *                                 column and row. Float results outside the destination's range keep their low bits, as
- *                                 do bytes of bytes that noise lifts above white.
- *   zimDitherKindFloydSteinberg,  by half a level, after the errors of neighbours to the left and above have been
- *   ...JarvisJudiceNinke,         added. Samples that errors take to white or black pass nothing on.
- *   ...Stucki
- *   any other value               nothing is done, and the result is zimResultOk.
+ * - zimDitherKindNone: the nearer one.
+ * - zimDitherKindBayer: the upper one where the sample is above the lower by more than a threshold of its column and
+ *   row. Float results outside the destination's range keep their low bits, as do bytes of bytes that noise lifts above
+ *   white.
+ * - zimDitherKindFloydSteinberg, zimDitherKindJarvisJudiceNinke, zimDitherKindStucki: by half a level, after the errors
+ *   of neighbours to the left and above have been added. Samples that errors take to white or black pass nothing on.
+ * - any other value: nothing is done, and the result is zimResultOk.
+ *
  * noise, in percent, adds up to so much of a level to the thresholds, at random but in every call alike;
  * zimDitherKindNone ignores it.
  *
