@@ -137,7 +137,8 @@ ZimResult zimiRGBToGray_32f_AC4C1R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* p
  *
  * As zimiRGBToGray_*, with coeffs[k] as the weight of the k-th sample in memory. A null coeffs selects the fixed
  * weights. Weights are used as they are: neither their sign nor their sum is tested, and integer results outside the
- * sample's range keep their low bits. 64f runs on a team of threads from 32 x 32 pixels, with exact byte steps.
+ * sample's range keep their low bits. 64f runs on a team of threads from 32 x 32 pixels, with exact byte
+ * steps; the team has to be as large as ownGetNumThreads says, or bands of rows stay as they were.
  * @{ */
 ZimResult zimiColorToGray_8u_C3C1R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
                                    const Zim32f coeffs[3]);
