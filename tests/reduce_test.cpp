@@ -381,6 +381,23 @@ TEST(ReduceBits, BytesDiffusedToEveryCountOfLevels) {
   }
 }
 
+// Thresholds below zero may lift a value just below white beyond white, of which the low bits are stored.
+TEST(ReduceBits, NoiseBeyondWhite) {
+  const Form<Zim8u, Zim8u> form = {zimiReduceBits_8u_C1R, Layout::c1};
+  const ZimiSize size = {64, 2000};
+  std::mt19937 random(1);
+  std::vector<Zim8u> source(std::size_t{64} * 2000), destination(source.size());
+  for (Zim8u& sample : source) sample = random() % 2 == 0 ? 0 : 255;
+  for (const ZimDitherKind dither : {zimDitherKindJarvisJudiceNinke, zimDitherKindStucki}) {
+    for (const Zim32s levels : {9, 176}) {
+      const Settings settings = {100, dither, levels};
+      ASSERT_EQ(form.function(source.data(), 64, destination.data(), 64, size, settings.noise, dither, levels),
+                zimResultOk);
+      EXPECT_TRUE(destination == modelled(form, source, destination, size, settings)) << dither << ", " << levels;
+    }
+  }
+}
+
 // Without dither integers take shortcuts.
 TEST(ReduceBits, EveryIntegerWithoutDither) {
   std::vector<Zim8u> bytes(256), result(256);
