@@ -6,7 +6,7 @@ jobs=$(nproc)
 
 buildPackages=(
   git g++ cmake ninja-build pkg-config
-  libpng-dev libffi-dev                                      # command-line tool
+  libpng-dev libffi-dev nlohmann-json3-dev                   # command-line tool
   libgtest-dev                                               # tests
   libbenchmark-dev                                           # benchmarks,
   libyuv-dev libswscale-dev libavutil-dev libzimg-dev        # and the peers that they compare with

@@ -59,6 +59,13 @@ void run(const Words& words) {
   isRawVideo(words[2]) ? writeRawVideo(words[2], job.result()) : writePng(words[2], job.picture());
 }
 
+void listExports(const Words& words) {
+  const bool json = !words.empty() && words[0] == "--json";
+  const Words patterns(words.begin() + json, words.end());
+  if (patterns.size() > 1) throw Failure("list takes one pattern");
+  (json ? listAsJson : list)(patterns.empty() ? "" : patterns[0]);
+}
+
 void mosaic(const Words& words) {
   const Picture picture = mosaicOf(readPicture(words[0]), gridIn(Words(words.begin() + 2, words.end())));
   words[1].ends_with(".pgm") ? writeGrayMap(words[1], picture) : writePng(words[1], picture);
@@ -107,8 +114,7 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"list", 0, 1, "[PATTERN]", "exports whose names match a shell pattern or contain a word",
-     [](const Words& words) { list(words.empty() ? "" : words[0]); }},
+    {"list", 0, 2, "[--json] [PATTERN]", "exports whose names match a shell pattern or contain a word", listExports},
     {"describe", 1, 1, "NAME", "what an export converts, and its arguments in order",
      [](const Words& words) { describe(words[0]); }},
     {"run", 3, kAny, "NAME IN OUT [SETTING=VALUE ...]", "converts a PNG, PFM or raw YUV file to a PNG or raw YUV", run},
