@@ -1,7 +1,5 @@
 #include "tools/demo.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -16,6 +14,7 @@
 #include "tools/failure.h"
 #include "tools/job.h"
 #include "tools/measure.h"
+#include "tools/progress.h"
 #include "tools/samples.h"
 #include "zimcore.h"
 
@@ -187,22 +186,6 @@ Picture highRange(Picture scene) {
   }
   return scene;
 }
-
-class Progress {
- public:
-  explicit Progress(std::size_t steps) : steps_(steps) {}
-  ~Progress() {
-    if (shown_) std::fputs("\r\033[K", stderr);
-  }
-  void next(const char* what) {
-    ++step_;
-    if (shown_) std::fprintf(stderr, "\r\033[K[%zu/%zu] %s", step_, steps_, what);
-  }
-
- private:
-  std::size_t step_ = 0, steps_;
-  bool shown_ = isatty(STDERR_FILENO) != 0;
-};
 
 std::vector<std::string> wordsOf(const char* text) {
   std::istringstream stream(text);
