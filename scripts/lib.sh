@@ -5,12 +5,16 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
 jobs=$(nproc)
 
 buildPackages=(
-  git g++ cmake ninja-build pkg-config
+  git g++ cmake ninja-build pkg-config ccache
   libpng-dev libffi-dev nlohmann-json3-dev                   # command-line tool
   libgtest-dev                                               # tests
   libbenchmark-dev                                           # benchmarks,
   libyuv-dev libswscale-dev libavutil-dev libzimg-dev        # and the peers that they compare with
 )
+
+# Several presets compile the same files with the same flags.
+export CMAKE_C_COMPILER_LAUNCHER=${CMAKE_C_COMPILER_LAUNCHER-ccache}
+export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
 
 say() { printf '== [%d:%02d] %s\n' $((SECONDS / 60)) $((SECONDS % 60)) "$*"; }
 
