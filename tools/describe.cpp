@@ -145,6 +145,7 @@ std::vector<std::string> channelsOf(const Side& side) {
   static const std::regex channel("[A-Z][a-z]?");
   std::string word = side.colourWord == "SBGR" ? "BGR" : side.colourWord;
   if (word == "Lab") return {"L", "a", "b"};
+  if (word == "YCC") return {"Y", "C1", "C2"};
   std::vector<std::string> names(std::sregex_token_iterator(word.begin(), word.end(), channel), {});
   return names.size() == 3 && word.front() != 'C' ? names : std::vector<std::string>();
 }
