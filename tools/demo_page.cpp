@@ -117,7 +117,7 @@ std::string thousands(double number) {
 std::string extent(const Card& card) { return std::to_string(card.width) + " × " + std::to_string(card.height); }
 
 std::string image(const Card& card) {
-  std::string html = "<a href=\"" + card.file + "\"><span class=\"picture\"><img src=\"" + card.file + "\" width=\"" +
+  std::string html = "<a href=\"" + card.file + R"("><span class="picture"><img src=")" + card.file + "\" width=\"" +
                      std::to_string(card.width) + "\" height=\"" + std::to_string(card.height) + "\" alt=\"" +
                      escaped(card.title) + "\">";
   for (const Label& label : card.labels) {

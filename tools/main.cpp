@@ -62,7 +62,7 @@ void run(const Words& words) {
 
 void listExports(const Words& words) {
   const bool json = !words.empty() && words[0] == "--json";
-  const Words patterns(words.begin() + json, words.end());
+  const Words patterns(words.begin() + (json ? 1 : 0), words.end());
   if (patterns.size() > 1) throw Failure("list takes one pattern");
   (json ? listAsJson : list)(patterns.empty() ? "" : patterns[0]);
 }
@@ -163,7 +163,7 @@ void dispatch(const Words& words) {
   if (asksForHelp(name) || (name == "help" && words.size() == 1)) return help();
   const bool helpFirst = name == "help";
   if (helpFirst) name = words[1];
-  const auto command = std::ranges::find(kCommands, name, &Command::name);
+  const auto* const command = std::ranges::find(kCommands, name, &Command::name);
   if (command == std::end(kCommands)) {
     const std::string_view near = nearest(name, kShown, &Command::name);
     throw Failure("no command is named '" + name + "'" +

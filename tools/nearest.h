@@ -25,7 +25,7 @@ inline std::size_t distance(std::string_view a, std::string_view b) {
     last = row;
     row[0] = i + 1;
     for (std::size_t j = 0; j < b.size(); ++j) {
-      row[j + 1] = std::min({row[j] + 1, last[j + 1] + 1, last[j] + !same(a[i], b[j])});
+      row[j + 1] = std::min({row[j] + 1, last[j + 1] + 1, last[j] + (same(a[i], b[j]) ? 0 : 1)});
       if (i > 0 && j > 0 && same(a[i], b[j - 1]) && same(a[i - 1], b[j])) {
         row[j + 1] = std::min(row[j + 1], beforeLast[j - 1] + 1);
       }

@@ -44,7 +44,10 @@ class Version(ctypes.Structure):
 
 def _levels():
     """The processor levels with builds of their own that the dynamic loader searches here, the best first."""
-    said = subprocess.run([_LOADER, "--help"], capture_output=True, text=True, check=False).stdout
+    try:
+        said = subprocess.run([_LOADER, "--help"], capture_output=True, text=True, check=False).stdout
+    except OSError:  # another C library
+        return []
     return re.findall(r"^\s+(x86-64-v\d) \(supported, searched\)", said, re.MULTILINE)
 
 
