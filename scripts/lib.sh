@@ -12,10 +12,6 @@ buildPackages=(
   libyuv-dev libswscale-dev libavutil-dev libzimg-dev        # and the peers that they compare with
 )
 
-# Several presets compile the same files with the same flags.
-export CMAKE_C_COMPILER_LAUNCHER=${CMAKE_C_COMPILER_LAUNCHER-ccache}
-export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
-
 say() { printf '== [%d:%02d] %s\n' $((SECONDS / 60)) $((SECONDS % 60)) "$*"; }
 
 # Installs those of the named Debian packages that are missing.
@@ -36,6 +32,11 @@ need() {
 build() {
   local preset=$1
   shift
+  # Several presets, and the check of the installed library, compile the same files with the same flags.
+  if command -v ccache >/dev/null; then
+    export CMAKE_C_COMPILER_LAUNCHER=${CMAKE_C_COMPILER_LAUNCHER-ccache}
+    export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+  fi
   say "building preset $preset"
   cmake --preset "$preset" --log-level=NOTICE
   cmake --build --preset "$preset" -j "$jobs" ${1:+--target "$@"} -- --quiet
