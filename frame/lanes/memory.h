@@ -42,6 +42,24 @@ ZIM_INLINE Register loadRegister(const std::byte* p) {
 }
 ZIM_INLINE void storeRegister(std::byte* p, Register a) { ZIM_MM_BITS(storeu)(reinterpret_cast<Register*>(p), a); }
 
+#if defined(__AVX512BW__)
+// Samples of so many bytes, those whose bits are set.
+template <int ElementBytes>
+ZIM_INLINE void storeMasked(std::byte* p, __mmask64 mask, Register a) {
+  if constexpr (ElementBytes == 1) {
+    _mm512_mask_storeu_epi8(p, mask, a);
+  } else if constexpr (ElementBytes == 2) {
+    _mm512_mask_storeu_epi16(p, static_cast<__mmask32>(mask), a);
+  } else {
+    _mm512_mask_storeu_epi32(p, static_cast<__mmask16>(mask), a);
+  }
+}
+// The first Channels of every Stride samples.
+template <std::size_t Channels, std::size_t Stride>
+inline constexpr __mmask64 kOfPixels = ~__mmask64{0} / ((__mmask64{1} << Stride) - 1) *
+                                       ((__mmask64{1} << Channels) - 1);
+#endif
+
 // Exactly the bytes of one register, from places 16 bytes wide that lie partStride apart.
 ZIM_INLINE Register loadParts(const std::byte* p, std::ptrdiff_t partStride) {
   if (kParts == 1 || (__builtin_constant_p(partStride == 16) && partStride == 16)) return loadRegister(p);
@@ -191,22 +209,26 @@ struct ThreeChannels {
   static constexpr bool belongs(int i, int r, int c) { return (i + r * n) % 3 == c; }
 };
 
-// b at the element positions of register r that belong to channel c, a elsewhere.
-template <int ElementBytes, int R, int C>
+// b at the element positions of register r that belong to channel c, a elsewhere; of registers or parts of n elements.
+template <int ElementBytes, int R, int C, int n = 16 / ElementBytes>
 ZIM_INLINE Register blendChannel(Register a, Register b) {
   using Layout = ThreeChannels<ElementBytes>;
 #if defined(__AVX512BW__)
   constexpr __mmask64 mask = [] {
     __mmask64 bits = 0;
     for (int i = 0; i < kRegisterBytes / ElementBytes; ++i) {
-      bits |= __mmask64{Layout::belongs(i % Layout::n, R, C)} << i;
+      bits |= __mmask64{Layout::belongs(i % n, R, C)} << i;
     }
     return bits;
   }();
   if constexpr (ElementBytes == 1) {
     return _mm512_mask_blend_epi8(mask, a, b);
-  } else {
+  } else if constexpr (ElementBytes == 2) {
     return _mm512_mask_blend_epi16(static_cast<__mmask32>(mask), a, b);
+  } else if constexpr (ElementBytes == 4) {
+    return _mm512_mask_blend_epi32(static_cast<__mmask16>(mask), a, b);
+  } else {
+    return _mm512_mask_blend_epi64(static_cast<__mmask8>(mask), a, b);
   }
 #else
   if constexpr (ElementBytes == 1) {
@@ -242,12 +264,12 @@ ZIM_INLINE Registers<3> deinterleave(Registers<3> r) {
 }
 
 // Three channels whose elements are at their positions.
-template <int ElementBytes>
+template <int ElementBytes, int n = 16 / ElementBytes>
 ZIM_INLINE Registers<3> blendChannels(const Registers<3>& channel) {
   const auto& [a, b, c] = channel;
-  return {blendChannel<ElementBytes, 0, 2>(blendChannel<ElementBytes, 0, 1>(a, b), c),
-          blendChannel<ElementBytes, 1, 2>(blendChannel<ElementBytes, 1, 1>(a, b), c),
-          blendChannel<ElementBytes, 2, 2>(blendChannel<ElementBytes, 2, 1>(a, b), c)};
+  return {blendChannel<ElementBytes, 0, 2, n>(blendChannel<ElementBytes, 0, 1, n>(a, b), c),
+          blendChannel<ElementBytes, 1, 2, n>(blendChannel<ElementBytes, 1, 1, n>(a, b), c),
+          blendChannel<ElementBytes, 2, 2, n>(blendChannel<ElementBytes, 2, 1, n>(a, b), c)};
 }
 
 template <int ElementBytes>
@@ -371,37 +393,12 @@ ZIM_INLINE Registers<4> transposedParts(const Registers<4>& r) {
           pickParts<1, 3, 1, 3>(c, d)};
 }
 
-// Of three registers part i belongs to register i % 3 of the other order. The parts of one never clash, so that they
-// come together by blends, and one exchange of two parts in each brings them in order; and back.
-template <int First>
-ZIM_INLINE Register blendThree(const Registers<3>& r) {
-  constexpr auto mask = [](int which) {
-    int bits = 0;
-    for (int part = 0; part < 4; ++part) bits |= (First + part) % 3 == which ? 3 << (2 * part) : 0;
-    return static_cast<__mmask8>(bits);
-  };
-  return _mm512_mask_blend_epi64(mask(2), _mm512_mask_blend_epi64(mask(1), r[0], r[1]), r[2]);
-}
-ZIM_INLINE Registers<3> exchangedParts(const Registers<3>& r) {
-  return {pickParts<0, 3, 2, 1>(r[0], r[0]), pickParts<1, 0, 3, 2>(r[1], r[1]), pickParts<2, 1, 0, 3>(r[2], r[2])};
-}
-
 template <std::size_t Count>
 ZIM_INLINE Registers<Count> inMemoryOrder(const Registers<Count>& r) {
   if constexpr (Count == 1) {
     return r;
   } else if constexpr (Count == 2) {
     return {lowPartsInTurn(r[0], r[1]), highPartsInTurn(r[0], r[1])};
-  } else if constexpr (Count == 3) {
-    const auto exchanged = exchangedParts(r);
-    return {blendThree<0>(exchanged), blendThree<1>(exchanged), blendThree<2>(exchanged)};
-  } else if constexpr (Count == 6) {
-    const auto half = [](Register a, Register b, Register c) ZIM_LAMBDA {
-      return Registers<3>{pickParts<0, 1, 0, 1>(a, b), pickParts<0, 1, 2, 3>(c, a), pickParts<2, 3, 2, 3>(b, c)};
-    };
-    const auto first = half(lowPartsInTurn(r[0], r[1]), lowPartsInTurn(r[2], r[3]), lowPartsInTurn(r[4], r[5]));
-    const auto last = half(highPartsInTurn(r[0], r[1]), highPartsInTurn(r[2], r[3]), highPartsInTurn(r[4], r[5]));
-    return {first[0], first[1], first[2], last[0], last[1], last[2]};
   } else {
     static_assert(Count % 4 == 0);
     constexpr std::size_t quarter = Count / 4;
@@ -411,26 +408,12 @@ ZIM_INLINE Registers<Count> inMemoryOrder(const Registers<Count>& r) {
     return perChannel<Count>([&](auto i) ZIM_LAMBDA { return four[i % quarter][i / quarter]; });
   }
 }
-
 template <std::size_t Count>
 ZIM_INLINE Registers<Count> inBlockOrder(const Registers<Count>& r) {
   if constexpr (Count == 1) {
     return r;
   } else if constexpr (Count == 2) {
     return {pickParts<0, 2, 0, 2>(r[0], r[1]), pickParts<1, 3, 1, 3>(r[0], r[1])};
-  } else if constexpr (Count == 3) {
-    return exchangedParts(
-        {blendThree<0>({r[0], r[2], r[1]}), blendThree<1>({r[2], r[1], r[0]}), blendThree<2>({r[1], r[0], r[2]})});
-  } else if constexpr (Count == 6) {
-    const auto half = [&](std::size_t i) ZIM_LAMBDA {
-      return Registers<3>{pickParts<0, 1, 2, 3>(r[i], r[i + 1]), pickParts<2, 3, 0, 1>(r[i], r[i + 2]),
-                          pickParts<0, 1, 2, 3>(r[i + 1], r[i + 2])};
-    };
-    const auto first = half(0), last = half(3);
-    return perChannel<6>([&](auto j) ZIM_LAMBDA {
-      constexpr int odd = j % 2;
-      return pickParts<odd, odd + 2, odd, odd + 2>(first[j / 2], last[j / 2]);
-    });
   } else {
     static_assert(Count % 4 == 0);
     constexpr std::size_t quarter = Count / 4;
@@ -441,7 +424,122 @@ ZIM_INLINE Registers<Count> inBlockOrder(const Registers<Count>& r) {
   }
 }
 
-#elif defined(__AVX2__)
+// ---- Channels apart and together across parts ----
+//
+// Lanes of every size but one byte find their places anywhere in a register in one step. So three or four interleaved
+// channels come apart from whole registers into lanes in the order of memory, with no step for the parts.
+
+template <int ElementBytes, std::size_t Channels>
+inline constexpr bool kAcrossParts = Channels == 3 ? ElementBytes > 1 : Channels == 4 && ElementBytes < 8;
+
+template <int ElementBytes>
+using Places = std::array<typename IntegerOfSize<ElementBytes>::Signed, kRegisterBytes / ElementBytes>;
+
+template <int ElementBytes>
+ZIM_INLINE Register permute(Register a, const Places<ElementBytes>& places) {
+  const Register order = _mm512_load_si512(places.data());
+  if constexpr (ElementBytes == 2) {
+    return _mm512_permutexvar_epi16(order, a);
+  } else if constexpr (ElementBytes == 4) {
+    return _mm512_permutexvar_epi32(order, a);
+  } else {
+    return _mm512_permutexvar_epi64(order, a);
+  }
+}
+
+// As with ThreeChannels, over whole registers.
+template <int ElementBytes>
+struct ThreeWholeChannels {
+  static constexpr int n = kRegisterBytes / ElementBytes;
+  using Element = typename Places<ElementBytes>::value_type;
+  alignas(kRegisterBytes) static constexpr std::array<Places<ElementBytes>, 3> gather = [] {
+    std::array<Places<ElementBytes>, 3> places{};
+    for (int c = 0; c < 3; ++c) {
+      for (int i = 0; i < n; ++i) {
+        places[static_cast<std::size_t>(c)][static_cast<std::size_t>(i)] = static_cast<Element>((3 * i + c) % n);
+      }
+    }
+    return places;
+  }();
+  alignas(kRegisterBytes) static constexpr std::array<Places<ElementBytes>, 3> scatter = [] {
+    std::array<Places<ElementBytes>, 3> places{};
+    for (std::size_t c = 0; c < 3; ++c) {
+      for (std::size_t i = 0; i < n; ++i) {
+        places[c][static_cast<std::size_t>(gather[c][i])] = static_cast<Element>(i);
+      }
+    }
+    return places;
+  }();
+};
+
+// Groups of four bytes in the order of memory: four pixels, or two, to a group of each channel; and back.
+template <int ElementBytes>
+ZIM_INLINE Register groupChannels(Register r) {
+  if constexpr (ElementBytes == 4) {
+    return r;
+  } else {
+    static constexpr ByteTable groups = ElementBytes == 1
+                                            ? ByteTable{0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15}
+                                            : ByteTable{0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15};
+    return _mm512_shuffle_epi8(r, inEveryPart(groups));
+  }
+}
+template <int ElementBytes>
+ZIM_INLINE Register ungroupChannels(Register r) {
+  if constexpr (ElementBytes == 2) {
+    static constexpr ByteTable pixels = {0, 1, 4, 5, 8, 9, 12, 13, 2, 3, 6, 7, 10, 11, 14, 15};
+    return _mm512_shuffle_epi8(r, inEveryPart(pixels));
+  } else {
+    return groupChannels<ElementBytes>(r);  // four by four, their own transposition
+  }
+}
+
+template <int ElementBytes>
+ZIM_INLINE Registers<3> deinterleaveAcross(const Registers<3>& r) {
+  return perChannel<3>([&](auto c) ZIM_LAMBDA {
+    constexpr int n = ThreeWholeChannels<ElementBytes>::n;
+    const Register blended = blendChannel<ElementBytes, 2, c, n>(blendChannel<ElementBytes, 1, c, n>(r[0], r[1]), r[2]);
+    return permute<ElementBytes>(blended, ThreeWholeChannels<ElementBytes>::gather[c]);
+  });
+}
+template <int ElementBytes>
+ZIM_INLINE Registers<3> interleaveAcross(const Registers<3>& channel) {
+  return blendChannels<ElementBytes, ThreeWholeChannels<ElementBytes>::n>(perChannel<3>([&](auto c) ZIM_LAMBDA {
+    return permute<ElementBytes>(channel[c], ThreeWholeChannels<ElementBytes>::scatter[c]);
+  }));
+}
+
+template <int ElementBytes>
+ZIM_INLINE Registers<4> deinterleaveAcross(const Registers<4>& r) {
+  const auto xy = _mm512_setr_epi32(0, 4, 8, 12, 16, 20, 24, 28, 1, 5, 9, 13, 17, 21, 25, 29);
+  const auto zw = _mm512_setr_epi32(2, 6, 10, 14, 18, 22, 26, 30, 3, 7, 11, 15, 19, 23, 27, 31);
+  const auto g = perChannel<4>([&](auto i) ZIM_LAMBDA { return groupChannels<ElementBytes>(r[i]); });
+  const Register a = _mm512_permutex2var_epi32(g[0], xy, g[1]), b = _mm512_permutex2var_epi32(g[0], zw, g[1]);
+  const Register c = _mm512_permutex2var_epi32(g[2], xy, g[3]), d = _mm512_permutex2var_epi32(g[2], zw, g[3]);
+  return {pickParts<0, 1, 0, 1>(a, c), pickParts<2, 3, 2, 3>(a, c), pickParts<0, 1, 0, 1>(b, d),
+          pickParts<2, 3, 2, 3>(b, d)};
+}
+template <int ElementBytes>
+ZIM_INLINE Registers<4> interleaveAcross(const Registers<4>& channel) {
+  const auto& [x, y, z, w] = channel;
+  const Register a = pickParts<0, 1, 0, 1>(x, y), b = pickParts<0, 1, 0, 1>(z, w);
+  const Register c = pickParts<2, 3, 2, 3>(x, y), d = pickParts<2, 3, 2, 3>(z, w);
+  const auto first = _mm512_setr_epi32(0, 8, 16, 24, 1, 9, 17, 25, 2, 10, 18, 26, 3, 11, 19, 27);
+  const auto last = _mm512_setr_epi32(4, 12, 20, 28, 5, 13, 21, 29, 6, 14, 22, 30, 7, 15, 23, 31);
+  return {ungroupChannels<ElementBytes>(_mm512_permutex2var_epi32(a, first, b)),
+          ungroupChannels<ElementBytes>(_mm512_permutex2var_epi32(a, last, b)),
+          ungroupChannels<ElementBytes>(_mm512_permutex2var_epi32(c, first, d)),
+          ungroupChannels<ElementBytes>(_mm512_permutex2var_epi32(c, last, d))};
+}
+
+#else
+
+template <int ElementBytes, std::size_t Channels>
+inline constexpr bool kAcrossParts = false;
+
+#endif
+
+#if !defined(__AVX512BW__) && defined(__AVX2__)
 
 template <std::size_t Count>
 ZIM_INLINE Registers<Count> inMemoryOrder(const Registers<Count>& r) {
@@ -466,43 +564,20 @@ inline constexpr std::ptrdiff_t kPartStride = N / kParts* static_cast<std::ptrdi
 template <class T, int N, std::size_t Channels>
 inline constexpr std::size_t kRegistersOf = N * sizeof(T) * Channels / kRegisterBytes;
 
-// Whether all registers of a block are loaded at once and then brought into its order. On AVX2, parts come to their
-// places as they are loaded.
-inline constexpr bool kLoadsTogether = kParts == 4;
 // So many registers of a block are brought into the order of memory together, and then stored.
 inline constexpr std::size_t kMostStoredTogether = kParts == 4 ? 16 : 4;
 
-// Registers of a block; all but the last unread bytes of the last one.
+// Registers as they lie in memory; of the last one all but the last unread bytes, which come as zeros.
 template <std::size_t Count, int unread>
-ZIM_INLINE Registers<Count> loadRegisters(const std::byte* p, std::ptrdiff_t partStride) {
-#if defined(__AVX512BW__)
-  constexpr std::ptrdiff_t adjoining = 16 * Count;
-  if (__builtin_constant_p(partStride == adjoining) && partStride == adjoining) {
-    return inBlockOrder(perChannel<Count>([&](auto i) ZIM_LAMBDA {
-      const std::byte* const from = p + kRegisterBytes * i;
-      return unread > 0 && i == Count - 1 ? _mm512_maskz_loadu_epi8(~__mmask64{0} >> unread, from) : loadRegister(from);
-    }));
-  }
-#endif
+ZIM_INLINE Registers<Count> loadWhole(const std::byte* p) {
   return perChannel<Count>([&](auto i) ZIM_LAMBDA {
+    const std::byte* const from = p + kRegisterBytes * i;
     constexpr bool isShort = unread > 0 && i == Count - 1;
-    return isShort ? loadPartsShort<unread>(p + 16 * i, partStride) : loadParts(p + 16 * i, partStride);
+    return isShort ? loadPartsShort<unread>(from, 16) : loadRegister(from);
   });
 }
 
-// Pixels of interleaved channels from their registers, and back.
-template <class T, int N, std::size_t Channels, std::size_t first = 0, std::size_t Count>
-ZIM_INLINE Pixels<T, N, Channels> fromRegisters(const Registers<Count>& registers) {
-  if constexpr (kForm<T, N> == Form::split) {
-    const auto lo = fromRegisters<T, N / 2, Channels, first>(registers);
-    const auto hi = fromRegisters<T, N / 2, Channels, first + kRegistersOf<T, N / 2, Channels>>(registers);
-    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::join(lo[c], hi[c]); });
-  } else {
-    Registers<Channels> r = perChannel<Channels>([&](auto c) ZIM_LAMBDA { return registers[first + c]; });
-    if constexpr (Channels > 1) r = deinterleave<sizeof(T)>(r);
-    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::of((typename Lane<T, N>::Value)r[c]); });
-  }
-}
+// The registers of interleaved channels, in the order of a block.
 template <class T, int N, std::size_t Channels>
 ZIM_INLINE auto toRegisters(const Pixels<T, N, Channels>& pixels) {
   if constexpr (kForm<T, N> == Form::split) {
@@ -515,6 +590,48 @@ ZIM_INLINE auto toRegisters(const Pixels<T, N, Channels>& pixels) {
     return r;
   }
 }
+// Lanes from their registers.
+template <class T, int N, std::size_t first = 0, std::size_t Count>
+ZIM_INLINE Lane<T, N> joinRegisters(const Registers<Count>& r) {
+  if constexpr (kForm<T, N> == Form::split) {
+    return Lane<T, N>::join(joinRegisters<T, N / 2, first>(r), joinRegisters<T, N / 2, first + N / 2 / kLanes<T>>(r));
+  } else {
+    return Lane<T, N>::of((typename Lane<T, N>::Value)r[first]);
+  }
+}
+
+#if defined(__AVX512BW__)
+
+// N pixels of whole registers: each channel comes apart in the order of memory, and then into that of the block.
+template <class T, int N, std::size_t Channels, int unread>
+ZIM_INLINE Pixels<T, N, Channels> loadAcross(const std::byte* p) {
+  constexpr std::size_t groups = N / kLanes<T>;
+  const auto r = loadWhole<groups * Channels, unread>(p);
+  const auto apart = perChannel<groups>([&](auto g) ZIM_LAMBDA {
+    const Registers<Channels> group = perChannel<Channels>([&](auto c) ZIM_LAMBDA { return r[g * Channels + c]; });
+    if constexpr (Channels == 1) {
+      return group;
+    } else {
+      return deinterleaveAcross<sizeof(T)>(group);
+    }
+  });
+  return perChannel<Channels>([&](auto c) ZIM_LAMBDA {
+    return joinRegisters<T, N>(inBlockOrder(perChannel<groups>([&](auto g) ZIM_LAMBDA { return apart[g][c]; })));
+  });
+}
+// The registers of N pixels as they lie in memory.
+template <class T, int N, std::size_t Channels>
+ZIM_INLINE auto registersAcross(const Pixels<T, N, Channels>& pixels) {
+  constexpr std::size_t groups = N / kLanes<T>;
+  const auto apart =
+      perChannel<Channels>([&](auto c) ZIM_LAMBDA { return inMemoryOrder(toRegisters<T, N, 1>({pixels[c]})); });
+  const auto together = perChannel<groups>([&](auto g) ZIM_LAMBDA {
+    return interleaveAcross<sizeof(T)>(perChannel<Channels>([&](auto c) ZIM_LAMBDA { return apart[c][g]; }));
+  });
+  return perChannel<groups * Channels>([&](auto i) ZIM_LAMBDA { return together[i / Channels][i % Channels]; });
+}
+
+#endif
 
 // Loads N pixels of interleaved channels (one channel: contiguous samples); reads those bytes and no others. A short
 // load leaves out the very last sample and gives zero for it.
@@ -522,21 +639,51 @@ enum class Extent { whole, shortOfLast };
 
 template <class T, int N, std::size_t Channels, Extent extent = Extent::whole>
 ZIM_INLINE Pixels<T, N, Channels> load(const std::byte* p, std::ptrdiff_t partStride = kPartStride<T, N, Channels>) {
+  constexpr int unread = extent == Extent::shortOfLast ? sizeof(T) : 0;
   if constexpr (N == 1) {
     return perChannel<Channels>([&](auto c) ZIM_LAMBDA {
       T sample;
       std::memcpy(&sample, p + c * sizeof(T), sizeof(T));
       return Lane<T, N>(sample);
     });
-  } else if constexpr (kForm<T, N> == Form::split && !kLoadsTogether) {
-    const auto lo = load<T, N / 2, Channels>(p, partStride);
-    const auto hi = load<T, N / 2, Channels, extent>(p + kPartStride<T, N / 2, Channels>, partStride);
-    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::join(lo[c], hi[c]); });
   } else {
-    constexpr std::size_t unread = extent == Extent::shortOfLast ? sizeof(T) : 0;
-    return fromRegisters<T, N, Channels>(loadRegisters<kRegistersOf<T, N, Channels>, unread>(p, partStride));
+#if defined(__AVX512BW__)
+    if constexpr (kAcrossParts<sizeof(T), Channels>) {
+      return loadAcross<T, N, Channels, unread>(p);
+    } else if constexpr (Channels == 1) {
+      constexpr auto own = kPartStride<T, N, Channels>;
+      if (__builtin_constant_p(partStride == own) && partStride == own) return loadAcross<T, N, 1, unread>(p);
+    }
+#endif
+    if constexpr (kForm<T, N> == Form::split) {
+      const auto lo = load<T, N / 2, Channels>(p, partStride);
+      const auto hi = load<T, N / 2, Channels, extent>(p + kPartStride<T, N / 2, Channels>, partStride);
+      return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::join(lo[c], hi[c]); });
+    } else {
+      Registers<Channels> r = perChannel<Channels>([&](auto c) ZIM_LAMBDA {
+        constexpr bool isShort = unread > 0 && c == Channels - 1;
+        return isShort ? loadPartsShort<unread>(p + 16 * c, partStride) : loadParts(p + 16 * c, partStride);
+      });
+      if constexpr (Channels > 1) r = deinterleave<sizeof(T)>(r);
+      return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::of((typename Lane<T, N>::Value)r[c]); });
+    }
   }
 }
+
+#if defined(__AVX512BW__)
+// Three registers whose parts follow one another in four adjoining places. A half of a register takes fewer and quicker
+// steps than the whole.
+ZIM_INLINE void storeThree(std::byte* p, const Registers<3>& r) {
+  const auto put = [p](std::size_t i, __m256i a) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 32 * i), a); };
+  forChannels<2>([&](auto h) ZIM_LAMBDA {
+    const auto& [x, y, z] =
+        perChannel<3>([&](auto c) ZIM_LAMBDA -> __m256i { return _mm512_extracti64x4_epi64(r[c], h); });
+    put(3 * h, _mm256_permute2x128_si256(x, y, 0x20));
+    put(3 * h + 1, _mm256_blend_epi32(z, x, 0xF0));
+    put(3 * h + 2, _mm256_permute2x128_si256(y, z, 0x31));
+  });
+}
+#endif
 
 // Registers whose parts follow one another in several places, partStride apart.
 template <std::size_t Count>
@@ -545,8 +692,16 @@ ZIM_INLINE void storeRegisters(std::byte* p, std::ptrdiff_t partStride, const Re
   // Where each place begins at the end of the one before, registers are put together whole: fewer, wider stores.
   constexpr std::ptrdiff_t adjoining = 16 * Count;
   if (Count > 1 && __builtin_constant_p(partStride == adjoining) && partStride == adjoining) {
-    const auto ordered = inMemoryOrder(r);
-    forChannels<Count>([&](auto i) ZIM_LAMBDA { storeRegister(p + kRegisterBytes * i, ordered[i]); });
+#if defined(__AVX512BW__)
+    if constexpr (Count == 3) {
+      storeThree(p, r);
+      return;
+    }
+#endif
+    if constexpr (kParts == 2 || Count != 3) {
+      const auto ordered = inMemoryOrder(r);
+      forChannels<Count>([&](auto i) ZIM_LAMBDA { storeRegister(p + kRegisterBytes * i, ordered[i]); });
+    }
     return;
   }
 #endif
@@ -559,12 +714,40 @@ ZIM_INLINE void store(std::byte* p, const Pixels<T, N, Channels>& pixels,
                       std::ptrdiff_t partStride = kPartStride<T, N, Channels>) {
   if constexpr (N == 1) {
     forChannels<Channels>([&](auto c) ZIM_LAMBDA { std::memcpy(p + c * sizeof(T), &pixels[c].v, sizeof(T)); });
+  } else if constexpr (kAcrossParts<sizeof(T), Channels>) {
+#if defined(__AVX512BW__)
+    const auto r = registersAcross(pixels);
+    forChannels<r.size()>([&](auto i) ZIM_LAMBDA { storeRegister(p + kRegisterBytes * i, r[i]); });
+#endif
   } else if constexpr (kForm<T, N> == Form::split &&
-                       (kParts == 1 || kRegistersOf<T, N, Channels> > kMostStoredTogether)) {
+                       (kParts == 1 || Channels == 3 || kRegistersOf<T, N, Channels> > kMostStoredTogether)) {
     store<T, N / 2, Channels>(p, lowHalves(pixels), partStride);
     store<T, N / 2, Channels>(p + kPartStride<T, N / 2, Channels>, highHalves(pixels), partStride);
   } else {
     storeRegisters(p, partStride, toRegisters<T, N, Channels>(pixels));
+  }
+}
+
+// Stores N pixels of a layout of so many channels and gaps between them; the gaps are not written.
+template <class T, int N, std::size_t Channels, std::size_t Stride>
+ZIM_INLINE void storeBesideGaps(std::byte* p, const Pixels<T, N, Channels>& pixels) {
+  const auto all = perChannel<Stride>([&](auto c) ZIM_LAMBDA { return pixels[c < Channels ? c : 0]; });
+#if defined(__AVX512BW__)
+  if constexpr (kAcrossParts<sizeof(T), Stride>) {
+    const auto r = registersAcross(all);
+    forChannels<r.size()>(
+        [&](auto i) ZIM_LAMBDA { storeMasked<sizeof(T)>(p + kRegisterBytes * i, kOfPixels<Channels, Stride>, r[i]); });
+    return;
+  }
+#endif
+  alignas(kRegisterBytes) std::byte apart[N * Stride * sizeof(T)];
+  store<T, N, Stride>(apart, all);
+  static_assert(N % 4 == 0);
+  for (std::size_t x = 0; x < N; x += 4) {
+    forChannels<4>([&](auto i) ZIM_LAMBDA {
+      const std::size_t at = (x + i) * Stride * sizeof(T);
+      std::memcpy(p + at, apart + at, Channels * sizeof(T));
+    });
   }
 }
 
@@ -677,7 +860,17 @@ ZIM_INLINE Pixels<Zim16u, N / 2, 3> unweave(const Pixels<Zim16s, N, 3>& pixels) 
 // Stores woven pixels as three interleaved channels, saturated to bytes.
 template <int N>
 ZIM_INLINE void storeWoven(std::byte* p, const Pixels<Zim16s, N, 3>& pixels) {
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+  // As unweave and store would have it; pairs go to their places in the whole register.
+  static constexpr ByteTable inPairs = {0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15};
+  const auto pairs = [](Lane<Zim16s, N / 2> low, Lane<Zim16s, N / 2> high) ZIM_LAMBDA {
+    const auto bytes = (Register)narrow<Zim8u>(Lane<Zim16s, N>::join(low, high)).v;
+    return _mm512_shuffle_epi8(bytes, inEveryPart(inPairs));
+  };
+  const auto& [x, y, z] = pixels;
+  const auto r = interleaveAcross<2>({pairs(x.v.lo, y.v.lo), pairs(z.v.lo, x.v.hi), pairs(y.v.hi, z.v.hi)});
+  forChannels<3>([&](auto i) ZIM_LAMBDA { storeRegister(p + kRegisterBytes * i, r[i]); });
+#elif defined(__AVX2__)
   // As unweave and store would have it, but that bytes come to the places of their pairs in one shuffle.
   using Layout = ThreeChannels<2>;
   static constexpr std::array<ByteTable, 3> tables = [] {
