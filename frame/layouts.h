@@ -65,15 +65,10 @@ struct Interleaved {
   // Copies so many pixels into an image, whose gaps stay as they are.
   ZIM_INLINE static void write(Position<std::byte, 1> to, Position<const std::byte, 1> from, int pixels) {
     if constexpr (hasGaps) {
-      for (int x = 0; x < pixels; ++x) writePixel(to, from, x);
+      copyBesideGaps<T, Channels, Stride>(to.plane[0], from.plane[0], pixels);
     } else {
       read(to, from, pixels);
     }
-  }
-
- private:
-  ZIM_INLINE static void writePixel(Position<std::byte, 1> to, Position<const std::byte, 1> from, std::ptrdiff_t x) {
-    std::memcpy(to.plane[0] + x * pixelBytes, from.plane[0] + x * pixelBytes, Channels * sizeof(T));
   }
 };
 

@@ -73,7 +73,7 @@ class SkewedRows {
  private:
   using Lanes = Lane<Element, lanes>;
   static constexpr int skew = depth + 1;
-  static constexpr int steps = 32;  // between two exchanges with memory
+  static constexpr int steps = std::max(32, kLanes<Zim8u>);  // between two exchanges with memory
   // Steps since the farthest error that still counts: depth rows up and depth columns back.
   static constexpr int behind = depth * skew + depth;
   // Errors of one step: of the rows above the first register, farthest first, then of the registers.

@@ -751,6 +751,26 @@ ZIM_INLINE void storeBesideGaps(std::byte* p, const Pixels<T, N, Channels>& pixe
   }
 }
 
+// The same of so many pixels from a block apart, which is whole.
+template <class T, std::size_t Channels, std::size_t Stride>
+ZIM_INLINE void copyBesideGaps(std::byte* to, const std::byte* from, std::ptrdiff_t pixels) {
+#if defined(__AVX512BW__)
+  if constexpr (kAcrossParts<sizeof(T), Stride>) {
+    const std::ptrdiff_t samples = pixels * std::ptrdiff_t{Stride};
+    for (std::ptrdiff_t i = 0; i < samples; i += kLanes<T>) {
+      const __mmask64 left = samples - i < kLanes<T> ? (__mmask64{1} << (samples - i)) - 1 : ~__mmask64{0};
+      const auto at = i * std::ptrdiff_t{sizeof(T)};
+      storeMasked<sizeof(T)>(to + at, left & kOfPixels<Channels, Stride>, loadRegister(from + at));
+    }
+    return;
+  }
+#endif
+  for (std::ptrdiff_t x = 0; x < pixels; ++x) {
+    const auto at = x * std::ptrdiff_t{Stride * sizeof(T)};
+    std::memcpy(to + at, from + at, Channels * sizeof(T));
+  }
+}
+
 // The lanes of a block one place up, in order of the block; the last lane of the block before comes in first.
 ZIM_INLINE Lane<Zim16s, kLanes<Zim16s>> movedUp(Lane<Zim16s, kLanes<Zim16s>> a, Lane<Zim16s, kLanes<Zim16s>> before) {
   using Result = Lane<Zim16s, kLanes<Zim16s>>;
@@ -799,7 +819,8 @@ template <class T, int N>
 ZIM_INLINE Lane<T, N> shiftedUp(Lane<T, N> a, const T* first) {
   static_assert(sizeof(T) == 4 && kForm<T, N> == Form::whole);
 #if defined(__AVX512BW__)
-  const __m512i both = _mm512_alignr_epi32((Register)a.v, (Register)Lane<T, N>(*first).v, 15);
+  const auto inFirst = (Register)Lane<T, N>(*first).v;
+  const __m512i both = _mm512_alignr_epi32((Register)a.v, inFirst, 15);
 #elif defined(__AVX2__)
   const __m256i moved = _mm256_permutevar8x32_epi32((Register)a.v, _mm256_setr_epi32(0, 0, 1, 2, 3, 4, 5, 6));
   const auto inFirst = (Register)Lane<T, N>(*first).v;
@@ -868,7 +889,7 @@ ZIM_INLINE void storeWoven(std::byte* p, const Pixels<Zim16s, N, 3>& pixels) {
     return _mm512_shuffle_epi8(bytes, inEveryPart(inPairs));
   };
   const auto& [x, y, z] = pixels;
-  const auto r = interleaveAcross<2>({pairs(x.v.lo, y.v.lo), pairs(z.v.lo, x.v.hi), pairs(y.v.hi, z.v.hi)});
+  const auto r = interleaveAcross<2>(Registers<3>{pairs(x.v.lo, y.v.lo), pairs(z.v.lo, x.v.hi), pairs(y.v.hi, z.v.hi)});
   forChannels<3>([&](auto i) ZIM_LAMBDA { storeRegister(p + kRegisterBytes * i, r[i]); });
 #elif defined(__AVX2__)
   // As unweave and store would have it, but that bytes come to the places of their pairs in one shuffle.

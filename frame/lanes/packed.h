@@ -11,7 +11,7 @@ inline namespace ZIM_TARGET_NAMESPACE {
 template <std::size_t Parts>
 using PackedBlock = std::array<PackedPixels, Parts>;
 
-// Part i of a block of N pixels; those of a part of the registers follow one another. Loads bytes that lie Stride
+// Register i of a block of N pixels; in each 128-bit part the registers follow one another. Loads bytes that lie Stride
 // samples apart, those of the block and no others. With byte shuffles the middle sample comes in both words of odd;
 // without, the second word has no meaning. Three samples come apart only with byte shuffles.
 template <std::size_t Stride, int N, std::size_t i>
