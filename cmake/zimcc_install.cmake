@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS zimcore zimcc EXPORT zimcc-targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
-foreach(level IN ITEMS v3 v4)
+foreach(level IN LISTS ZIMCC_TARGETS)
   if(TARGET zimcc_${level})
     # Found by the loader in place of the baseline on a processor that has this level; nothing links to it by name.
     install(TARGETS zimcc_${level}

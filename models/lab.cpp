@@ -95,7 +95,7 @@ struct ToLab8u {
 
 // Of the low bits that are kept, 16. Lightness comes from a power in double whose exponent is a third in single
 // precision: near 1/3, but not that. Lanes compute it at both ends of a bound, as the gamma curves do.
-constexpr PowerCurve<-7, 8> kThirdPower({double{0.33333334F}, 0.0, 1.0}, 2.1e-11);
+constexpr Power<-7, 8> kThirdPower({double{0.33333334F}, 0.0, 1.0}, kParts == 4 ? 6.5e-13 : 2.1e-11);
 
 struct ToLab16u {
   using Sample = Zim32f;

@@ -72,7 +72,7 @@ void writeChannel(const Zim32f* from, std::ptrdiff_t count, const StoredLevels& 
       store<T, block, 1>(to + x * pixelBytes, {samples});
     } else {
       // Without an extraction of bytes, words of them are taken apart by shifts.
-      using Word = std::conditional_t<kHalves == 1 && sizeof(T) == 1, std::uint64_t, T>;
+      using Word = std::conditional_t<kParts == 1 && sizeof(T) == 1, std::uint64_t, T>;
       alignas(kRegisterBytes) std::array<Word, kRegisterBytes / sizeof(Word)> words;
       store<T, block, 1>(reinterpret_cast<std::byte*>(words.data()), {samples});
       constexpr std::size_t perWord = sizeof(Word) / sizeof(T);

@@ -142,7 +142,7 @@ class SkewedRows {
   ZIM_INLINE static std::array<AllLanes, 4> loadColumns(const Element (&from)[rows][steps], int i) {
     const auto columns = perChannel<registers>([&](auto g) ZIM_LAMBDA {
       return transpose<Element, lanes>(perChannel<4>([&](auto k) ZIM_LAMBDA {
-        return load<Element, lanes, 1>(reinterpret_cast<const std::byte*>(&from[registers * k + g][i]), halfStride)[0];
+        return load<Element, lanes, 1>(reinterpret_cast<const std::byte*>(&from[registers * k + g][i]), partStride)[0];
       }));
     });
     return perChannel<4>([&](auto k) ZIM_LAMBDA {
@@ -173,7 +173,7 @@ class SkewedRows {
       const auto columns = transpose<Element, lanes>(perChannel<4>([&](auto k) ZIM_LAMBDA { return results[k][g]; }));
       forChannels<4>([&](auto k) ZIM_LAMBDA {
         store<Element, lanes, 1>(reinterpret_cast<std::byte*>(&values_[registers * k + g][i]), {columns[k]},
-                                 halfStride);
+                                 partStride);
       });
     });
   }
@@ -195,8 +195,8 @@ class SkewedRows {
     }
   }
 
-  // From the row of a lane to that of the same lane in the next half of a register.
-  static constexpr std::ptrdiff_t halfStride = std::ptrdiff_t{4} * registers * steps * sizeof(Element);
+  // From the row of a lane to that of the same lane in the next part of a register.
+  static constexpr std::ptrdiff_t partStride = std::ptrdiff_t{4} * registers * steps * sizeof(Element);
 
   Rule rule_;
   Zim32s width_;

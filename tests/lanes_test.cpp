@@ -520,7 +520,7 @@ void expectPackedBlock() {
 }
 
 TEST(PackedPixels, Blocks) {
-  if constexpr (kHalves > 1) {
+  if constexpr (kParts > 1) {
     expectPackedBlock<3, kLanes<Zim8u>>();
     expectPackedBlock<3, 2 * kLanes<Zim8u>>();
   }
@@ -569,7 +569,7 @@ void expectWithinBound(const Curve& curve) {
   }
   double beyond[lanes];
   store<Zim64f, lanes, 1>(reinterpret_cast<std::byte*>(beyond),
-                          {approximatePower(curve, Lane<Zim64f, lanes>(Curve::beyond))});
+                          {approximatePower(curve, Lane<Zim64f, lanes>(2 * Curve::beyond))});
   for (double y : beyond) EXPECT_TRUE(std::isnan(y));
 }
 
@@ -588,6 +588,23 @@ TEST(Tables, LookUp) {
   expectSameInAllForms<Zim32s, Zim32s>(
       "lookUp", [](auto a, auto) { return lookUp(kSquares, a & 255); },
       [](Zim32s a, Zim32s) { return (a & 255) * (a & 255); });
+}
+
+constexpr auto kSixteen = [] {
+  std::array<Zim64f, 16> table{};
+  for (std::size_t i = 0; i < 16; ++i) table[i] = 1.0 / static_cast<double>(i + 1);
+  return table;
+}();
+
+TEST(Tables, LookUpInRegisters) {
+  constexpr std::size_t lanes = 2 * kLanes<Zim64f>;
+  for (std::uint64_t start = 0; start < 16; ++start) {
+    std::uint64_t index[lanes];
+    for (std::size_t k = 0; k < lanes; ++k) index[k] = (start + 7 * k) | std::uint64_t{k} << 40;
+    Zim64f entries[lanes];
+    storeLanes<Zim64f, lanes>(entries, lookUp(kSixteen, loadLanes<std::uint64_t, lanes>(index)));
+    for (std::size_t k = 0; k < lanes; ++k) EXPECT_EQ(entries[k], kSixteen[(start + 7 * k) % 16]);
+  }
 }
 
 TEST(RowsSideBySide, TransposedAndShifted) {

@@ -38,6 +38,8 @@ struct Inverse {
 struct Range16u {
   using Sample = Zim32s;
   static constexpr double lowest = 0.0, range = 65535.0, inverseRange = 1.5259021896696422e-05;
+  // No value of a curve comes nearer than this to one at which the result changes: 1.96e-6 forward, 2.67e-6 inverse.
+  static constexpr double clearance = 1.9e-6;
 
   template <int N>
   ZIM_INLINE static Lane<Zim32s, N> distance(Lane<Zim32s, N> x) {
@@ -47,6 +49,11 @@ struct Range16u {
   template <int N>
   ZIM_INLINE static Lane<Zim32s, N> stored(Lane<Zim64f, N> y) {
     return roundHalfEvenPositive(y);
+  }
+  // Products with either slope are exact in single precision, or far from where the result changes.
+  template <int N>
+  ZIM_INLINE static Lane<Zim32s, N> onLine(Lane<Zim32s, N> x, double slope) {
+    return roundHalfEvenPositive(toFloat(x) * static_cast<Zim32f>(slope));
   }
 };
 
@@ -68,23 +75,30 @@ struct Range32f {
   ZIM_INLINE static Lane<Zim32f, N> stored(Lane<Zim64f, N> y) {
     return narrow<Zim32f>(y);
   }
+  template <int N>
+  ZIM_INLINE Lane<Zim32f, N> onLine(Lane<Zim32f, N> distance, double slope) const {
+    return stored(widen(distance) * slope + lowest);
+  }
 };
 
 // The kernel. On a single sample it calls pow. Lanes take a power p known within its relative bound and
 //     y = (gain p - offset) range + lowest
 // at both ends of the bound. Storing is monotone, so where the ends agree after it, the exact steps would have stored
 // the same. Their own roundings are covered: those in proportion to p by the bound, that of the last sum by the margin.
+// Where all that a curve can give keeps clear of the places at which the stored value changes, there is no doubt, and y
+// itself will do.
 template <class Curve, class Range>
 struct Gamma : Range {
   using Sample = typename Range::Sample;
   // The chain of operations is long: several registers of samples keep the processor busy meanwhile.
-  static constexpr int registers = 4;
+  static constexpr int registers = kParts == 4 ? 2 : 4;
 
   explicit Gamma(const Range& valueRange) : Range(valueRange) {
     const double factor = Curve::gain * Range::range, term = Range::lowest - Curve::offset * Range::range;
     // In the tiniest ranges results could differ in the sign of a zero, which compares equal: there all is in doubt.
     const double margin = Range::range > 1e-25 ? 0x1p-48 * (std::abs(Range::lowest) + Range::range) : HUGE_VAL;
     knee = leastReaching(Curve::knee);
+    y = {factor, term};
     low = {factor * (1.0 - Curve::power.relativeBound), term - margin};
     high = {factor * (1.0 + Curve::power.relativeBound), term + margin};
   }
@@ -98,7 +112,7 @@ struct Gamma : Range {
   struct End {
     double factor, term;
   };
-  End low, high;
+  End y, low, high;
   Sample knee;  // the least distance on the power
 
   // The least distance of which v is at least this, or, where range or value leave none, what no distance reaches.
@@ -116,15 +130,18 @@ struct Gamma : Range {
     const auto distance = Range::distance(sample);
     const auto onPower = distance >= knee;
     const auto wide = widen(distance);
-    const auto line = wide * Curve::slope;
     if constexpr (N == 1) {
-      const double y = onPower.v != 0 ? onCurve(wide.v * Range::inverseRange) : line.v;
-      return Range::stored(Lane<Zim64f, 1>(y + Range::lowest));
+      const double result = onPower.v != 0 ? onCurve(wide.v * Range::inverseRange) : wide.v * Curve::slope;
+      return Range::stored(Lane<Zim64f, 1>(result + Range::lowest));
     } else {
-      const auto onLine = Range::stored(line + Range::lowest);
+      const auto onLine = Range::onLine(distance, Curve::slope);
       if (!any(onPower)) return onLine;
       const auto v = larger(Lane<Zim64f, N>(Curve::power.first), wide * Range::inverseRange);
       const auto power = approximatePower(Curve::power, v);
+      if constexpr (requires { Range::clearance; }) {
+        static_assert(Curve::power.relativeBound * Curve::gain * Range::range < Range::clearance);
+        return select(onPower, Range::stored(power * y.factor + y.term), onLine);
+      }
       const auto lowEnd = Range::stored(power * low.factor + low.term);
       const auto highEnd = Range::stored(power * high.factor + high.term);
       // Always both parts: a branch for lanes on one side only would often be mispredicted.
@@ -226,18 +243,25 @@ ZimResult gamma8u(const Conversion<Layout, Layout>& call) {
 }
 
 // Few samples are computed as they come, more through a table of all values that is made for the call. Samples are
-// counted in 32 bits, three a pixel.
+// counted in 32 bits, three a pixel. The quicker values are computed, the more samples it takes until a table is worth
+// its making; but whether a call asks for memory, and can fail, does not depend on the build.
 template <class Curve, class Layout>
 ZimResult gamma16u(const Conversion<Layout, Layout>& call) {
   if (const ZimResult failure = Tests::check(call); failure != zimResultOk) return failure;
   const Gamma<Curve, Range16u> kernel({});
   constexpr Zim32s values = 65536;
-  if (wrappingProduct(wrappingProduct(3, call.roiSize.width), call.roiSize.height) <= values) {
+  const Zim32s samples = wrappingProduct(wrappingProduct(3, call.roiSize.width), call.roiSize.height);
+  if (samples <= values) {
     curveRows(call, kernel);
     return zimResultOk;
   }
+  constexpr Zim32s worthTable = kParts == 4 ? 3 * values : values;
   const Scratch<Zim16u> table(scratchAlloc16(values));
   if (table == nullptr) return zimResultNoMemory;
+  if (samples <= worthTable) {
+    curveRows(call, kernel);
+    return zimResultOk;
+  }
   for (Zim32s i = 0; i < values; ++i) table[static_cast<std::size_t>(i)] = static_cast<Zim16u>(i);
   curveRow<C1<Zim16u>>(readOnly(C1<Zim16u>::start(table.get())), C1<Zim16u>::start(table.get()), values, kernel);
   lookUpRows(call, table);

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "frame/lanes/convert.h"
+#include "frame/lanes/lookup.h"
 #include "frame/lanes/memory.h"
 
 namespace zim {
@@ -13,6 +14,43 @@ inline namespace ZIM_TARGET_NAMESPACE {
 struct PowerFunction {  // ((x + shift) scale)^exponent
   double exponent, shift, scale;
 };
+
+// x^exponent for constants, by its series about the nearest of 64 numbers a binade.
+class ExactPower {
+ public:
+  static constexpr int intervals = 64;
+
+  constexpr explicit ExactPower(double exponent) {
+    for (int k = 1; k < terms; ++k) b_[k] = b_[k - 1] * (exponent - (k - 1)) / k;
+    for (int i = 0; i < intervals; ++i) grid_[i + 1] = grid_[i] * nearOne(1.0L / (intervals + i));
+  }
+
+  constexpr long double operator()(long double x) const {
+    long double scale = 1;
+    for (; x < 1; x *= 2) scale /= grid_[intervals];
+    for (; x >= 2; x /= 2) scale *= grid_[intervals];
+    const int i = static_cast<int>((x - 1) * intervals);
+    return scale * grid_[i] *
+           nearOne((x - 1) * intervals / (intervals + i) - static_cast<long double>(i) / (intervals + i));
+  }
+  // The binomial coefficient of the exponent.
+  constexpr long double binomial(int k) const { return b_[k]; }
+
+ private:
+  static constexpr int terms = 12;
+
+  // (1 + r)^exponent for r up to 1/64.
+  constexpr long double nearOne(long double r) const {
+    long double sum = 0;
+    for (int k = terms; k > 0; --k) sum = sum * r + b_[k - 1];
+    return sum;
+  }
+
+  long double b_[terms] = {1};
+  long double grid_[intervals + 1] = {1};  // (1 + i/64)^exponent
+};
+
+// ---- Cubics in memory ----
 
 // The function for x from 2^LowestBinade to below 2^(LowestBinade + Binades), as a cubic on each of 64 intervals a
 // binade.
@@ -41,35 +79,18 @@ struct PowerCurve {
   std::array<Cubic, intervals * Binades + 1> cubics{};
 
   constexpr PowerCurve(PowerFunction f, double bound) : function(f), relativeBound(bound) {
-    constexpr int terms = 12;
-    long double b[terms] = {1};
-    for (int k = 1; k < terms; ++k) b[k] = b[k - 1] * (f.exponent - (k - 1)) / k;
-    // (1 + r)^exponent for r up to 1/64.
-    const auto nearOne = [&](long double r) {
-      long double sum = 0;
-      for (int k = terms; k > 0; --k) sum = sum * r + b[k - 1];
-      return sum;
-    };
-    long double grid[intervals + 1] = {1};  // (1 + i/64)^exponent
-    for (int i = 0; i < intervals; ++i) grid[i + 1] = grid[i] * nearOne(1.0L / (intervals + i));
-    const auto power = [&](long double x) {
-      long double scale = 1;
-      for (; x < 1; x *= 2) scale /= grid[intervals];
-      for (; x >= 2; x /= 2) scale *= grid[intervals];
-      const int i = static_cast<int>((x - 1) * intervals);
-      return scale * grid[i] *
-             nearOne((x - 1) * intervals / (intervals + i) - static_cast<long double>(i) / (intervals + i));
-    };
+    const ExactPower power(f.exponent);
+    const auto b = [&](int k) { return power.binomial(k); };
     for (std::size_t k = 0; k + 1 < cubics.size(); ++k) {
       long double h = first / (2 * intervals);
       for (std::size_t e = intervals; e <= k; e += intervals) h *= 2;
       const long double c = h * (2 * (intervals + k % intervals) + 1), base = c + f.shift, q = h / base;
       const long double middle = power(base * f.scale);
       // Coefficients in x - c, then in t = x - c + h.
-      const long double u0 = middle * (1 - b[4] * q * q * q * q / 8),
-                        u1 = middle * (b[1] - b[5] * q * q * q * q * 5 / 16) / base,
-                        u2 = middle * (b[2] + b[4] * q * q) / (base * base),
-                        u3 = middle * (b[3] + b[5] * q * q * 5 / 4) / (base * base * base);
+      const long double u0 = middle * (1 - b(4) * q * q * q * q / 8),
+                        u1 = middle * (b(1) - b(5) * q * q * q * q * 5 / 16) / base,
+                        u2 = middle * (b(2) + b(4) * q * q) / (base * base),
+                        u3 = middle * (b(3) + b(5) * q * q * 5 / 4) / (base * base * base);
       cubics[k] = {static_cast<double>(u0 - h * (u1 - h * (u2 - h * u3))),
                    static_cast<double>(u1 - h * (2 * u2 - h * 3 * u3)), static_cast<double>(u2 - h * 3 * u3),
                    static_cast<double>(u3)};
@@ -77,10 +98,6 @@ struct PowerCurve {
     cubics.back().fill(std::numeric_limits<double>::quiet_NaN());
   }
 };
-
-// The errors are at most 1.86e-11 and 6.2e-12.
-inline constexpr PowerCurve<-6, 7> kForwardPower({0.45, 0.0, 1.0}, 2.1e-11);
-inline constexpr PowerCurve<-4, 5> kInversePower({2.2222222222222223, 0.099, 0.9099181073703366}, 7e-12);
 
 // Four doubles at each of the addresses, by columns.
 template <int N>
@@ -95,12 +112,9 @@ ZIM_INLINE Pixels<Zim64f, N, 4> loadColumns(const std::array<const double*, N>& 
   } else {
     const auto pair = [&](int column) ZIM_LAMBDA {
       const auto load = [&](std::size_t row) ZIM_LAMBDA {
-        const __m128d low = _mm_loadu_pd(rows[row] + column);
-#if defined(__AVX2__)
-        return (Register)_mm256_insertf128_pd(_mm256_castpd128_pd256(low), _mm_loadu_pd(rows[row + 2] + column), 1);
-#else
-        return (Register)low;
-#endif
+        return fromParts([&](int h) ZIM_LAMBDA {
+          return load128(reinterpret_cast<const std::byte*>(rows[row + 2 * static_cast<std::size_t>(h)] + column));
+        });
       };
       const Register even = load(0), odd = load(1);
       return std::array{Column::of((typename Column::Value)unpackLow<8>(even, odd)),
@@ -147,18 +161,88 @@ ZIM_INLINE Lane<Zim64f, N> cubicsAt(const Power& curve, const std::uint64_t* off
 // The function within its relative bound; NaN from beyond on. x is at least first.
 template <int LowestBinade, int Binades, int N>
 ZIM_INLINE Lane<Zim64f, N> approximatePower(const PowerCurve<LowestBinade, Binades>& curve, Lane<Zim64f, N> x) {
-  using Power = PowerCurve<LowestBinade, Binades>;
+  using Curve = PowerCurve<LowestBinade, Binades>;
   using Bits = Lane<std::uint64_t, N>;
-  const auto inside = smaller(Lane<Zim64f, N>(Power::beyond), x);
-  const auto start = bitsAs<std::uint64_t>(inside) & Bits(~std::uint64_t{0} << Power::startBits);
+  const auto inside = smaller(Lane<Zim64f, N>(Curve::beyond), x);
+  const auto start = bitsAs<std::uint64_t>(inside) & Bits(~std::uint64_t{0} << Curve::startBits);
   const auto t = x - bitsAs<Zim64f>(start);
   std::array<std::uint64_t, N / 2> offsets;
-  storeOffsets<Power>(offsets.data(), start);
+  storeOffsets<Curve>(offsets.data(), start);
   // All offsets are on their way through memory before the first cubic is used: taken out of registers in between, as
   // compilers would have it, they keep the processor waiting.
   asm("" : "+m"(offsets));
   return cubicsAt(curve, offsets.data(), t);
 }
+
+// ---- Factors in registers ----
+
+// The same function where tables of 16 doubles stay in registers (AVX-512). With z = x + shift = 2^e m, and c the
+// middle of the sixteenth of a binade in which m lies, it is
+//     (2^e scale)^exponent c^exponent (1 + r)^exponent,   r = m / c - 1, |r| <= q = 1 / 33
+// The last factor is a series in which the terms in r^6 and r^7 are replaced by the lower powers nearest to them. The
+// relative error that is left is at most (|b(6)| q^6 / 32 + |b(7)| q^7 / 64 + |b(8)| q^8 + ...) (1 - q)^-exponent.
+template <int LowestBinade, int Binades>
+struct PowerFactors {
+  static constexpr int intervals = 16;
+  static constexpr double first = 1.0 / (1 << -LowestBinade), beyond = first * (1 << Binades);
+  static constexpr std::size_t degree = 5;
+
+  PowerFunction function;
+  double relativeBound;  // as above
+  double end = 1.0;      // the power of two that no z of x below beyond reaches
+  std::array<double, 16> inverse{}, ofStep{}, ofBinade{};
+  std::array<double, degree + 1> series{};
+
+  constexpr PowerFactors(PowerFunction f, double bound) : function(f), relativeBound(bound) {
+    const ExactPower power(f.exponent);
+    const auto b = [&](int k) { return power.binomial(k); };
+    for (int i = 0; i < 16; ++i) {
+      const auto k = static_cast<std::size_t>(i);
+      inverse[k] = static_cast<double>(32.0L / (2 * i + 33));
+      ofStep[k] = static_cast<double>(power(1.0L / inverse[k]));
+    }
+    while (end < beyond + f.shift) end *= 2;
+    // Binades by the lowest bits of their exponent. From the end on there is none: NaN.
+    ofBinade.fill(std::numeric_limits<double>::quiet_NaN());
+    int exponent = 1023;
+    double binade = 1.0;
+    while (binade > first + f.shift) binade /= 2, --exponent;
+    for (; binade < end; binade *= 2, ++exponent) {
+      ofBinade[static_cast<std::size_t>(exponent % 16)] = static_cast<double>(power(binade * f.scale));
+    }
+    const long double qq = 1.0L / (33 * 33);
+    series = {
+        static_cast<double>(1.0L + b(6) * qq * qq * qq / 32), static_cast<double>(b(1) + b(7) * qq * qq * qq * 7 / 64),
+        static_cast<double>(b(2) - b(6) * qq * qq * 9 / 16),  static_cast<double>(b(3) - b(7) * qq * qq * 7 / 8),
+        static_cast<double>(b(4) + b(6) * qq * 3 / 2),        static_cast<double>(b(5) + b(7) * qq * 7 / 4)};
+  }
+};
+
+// The function within its relative bound; NaN, or within it as well, from beyond on. x is at least first.
+template <int LowestBinade, int Binades, int N>
+ZIM_INLINE Lane<Zim64f, N> approximatePower(const PowerFactors<LowestBinade, Binades>& curve, Lane<Zim64f, N> x) {
+  using Doubles = Lane<Zim64f, N>;
+  using Bits = Lane<std::uint64_t, N>;
+  const auto z = smaller(Doubles(curve.end), curve.function.shift == 0.0 ? x : x + curve.function.shift);
+  const auto bits = bitsAs<std::uint64_t>(z);
+  const auto m = bitsAs<Zim64f>((bits & Bits(0x000FFFFFFFFFFFFF)) | Bits(0x3FF0000000000000));
+  const auto step = bits >> 48, binade = bits >> 52;
+  const auto r = m * lookUp(curve.inverse, step) - 1.0;
+  constexpr std::size_t degree = PowerFactors<LowestBinade, Binades>::degree;
+  Doubles sum = curve.series[degree];
+  forChannels<degree>([&](auto i) ZIM_LAMBDA { sum = sum * r + curve.series[degree - 1 - i]; });
+  return lookUp(curve.ofStep, step) * lookUp(curve.ofBinade, binade) * sum;
+}
+
+// ---- The form of this build ----
+
+template <int LowestBinade, int Binades>
+using Power = std::conditional_t<kParts == 4, PowerFactors<LowestBinade, Binades>, PowerCurve<LowestBinade, Binades>>;
+
+// What is proven is a tenth less: 1.86e-11 and 6.2e-12 of cubics, 5.56e-13 and 8.5e-14 of factors.
+inline constexpr Power<-6, 7> kForwardPower({0.45, 0.0, 1.0}, kParts == 4 ? 6.2e-13 : 2.1e-11);
+inline constexpr Power<-4, 5> kInversePower({2.2222222222222223, 0.099, 0.9099181073703366},
+                                            kParts == 4 ? 1e-13 : 7e-12);
 
 }  // namespace ZIM_TARGET_NAMESPACE
 }  // namespace zim

@@ -15,11 +15,33 @@ ZIM_INLINE Lane<Zim32s, N> lookUp(const std::array<Zim32s, Size>& table, Lane<Zi
   } else if constexpr (Result::form == Form::split) {
     return Result::join(lookUp(table, index.v.lo), lookUp(table, index.v.hi));
   } else {
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+    return Result::of((typename Result::Value)_mm512_i32gather_epi32((Register)index.v, table.data(), 4));
+#elif defined(__AVX2__)
     return Result::of((typename Result::Value)_mm256_i32gather_epi32(table.data(), (Register)index.v, 4));
 #else
     const auto entry = [&](auto i) ZIM_LAMBDA { return table[static_cast<std::size_t>(index.v[i])]; };
     return Result::of((typename Result::Value)_mm_setr_epi32(entry(0), entry(1), entry(2), entry(3)));
+#endif
+  }
+}
+
+// The entry of a table of 16 at the lowest four bits of each index.
+template <int N>
+ZIM_INLINE Lane<Zim64f, N> lookUp(const std::array<Zim64f, 16>& table, Lane<std::uint64_t, N> index) {
+  using Result = Lane<Zim64f, N>;
+  if constexpr (Result::form == Form::single) {
+    return Result(table[index.v & 15]);
+  } else if constexpr (Result::form == Form::split) {
+    return Result::join(lookUp(table, index.v.lo), lookUp(table, index.v.hi));
+  } else {
+#if defined(__AVX512BW__)
+    return Result::of((typename Result::Value)_mm512_permutex2var_pd(_mm512_loadu_pd(table.data()), (Register)index.v,
+                                                                     _mm512_loadu_pd(table.data() + 8)));
+#else
+    typename Result::Value entries{};
+    for (int k = 0; k < N; ++k) entries[k] = table[index.v[k] & 15];
+    return Result::of(entries);
 #endif
   }
 }
