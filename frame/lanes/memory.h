@@ -698,7 +698,7 @@ ZIM_INLINE void storeRegisters(std::byte* p, std::ptrdiff_t partStride, const Re
       return;
     }
 #endif
-    if constexpr (kParts == 2 || Count != 3) {
+    if constexpr (Count > 1 && (kParts == 2 || Count != 3)) {
       const auto ordered = inMemoryOrder(r);
       forChannels<Count>([&](auto i) ZIM_LAMBDA { storeRegister(p + kRegisterBytes * i, ordered[i]); });
     }
