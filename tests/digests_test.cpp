@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iomanip>
 #include <map>
+#include <set>
 #include <sstream>
 
 #include "tests/exports.h"
@@ -44,7 +45,14 @@ std::string digestOf(const Export& e) {
 TEST(Digests, AreAsFrozen) {
   std::map<std::string, std::string> digests;
   zimSetNumThreads(2);
-  for (const Export& e : forms()) digests[e.name] = digestOf(e);
+  std::set<std::string> ofOtherTeams;
+  for (const Export& e : forms()) {
+    if (showsTeamSize(e) && !hasTeams()) {
+      ofOtherTeams.insert(e.name);
+    } else {
+      digests[e.name] = digestOf(e);
+    }
+  }
 
   if (std::getenv("ZIMCC_UPDATE_DIGESTS") != nullptr) {
     std::ofstream file(kFile);
@@ -54,6 +62,7 @@ TEST(Digests, AreAsFrozen) {
   }
   std::ifstream file(kFile);
   for (std::string name, digest; file >> name >> digest;) {
+    if (ofOtherTeams.contains(name)) continue;
     const auto found = digests.find(name);
     if (found == digests.end()) {
       ADD_FAILURE() << name << " is frozen, but not exported";
