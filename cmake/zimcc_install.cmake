@@ -8,6 +8,9 @@ if(ZIMCC_V3)
   install(TARGETS zimcc_v3
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-v3 NAMELINK_SKIP)
 endif()
+if(WIN32)
+  install(FILES ${ZIMCC_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
 install(FILES include/zimcc.h include/zimcore.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/zimcc)

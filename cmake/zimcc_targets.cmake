@@ -89,6 +89,9 @@ set(ZIMCC_SOURCES
   tone/color_twist.cpp
   tone/gamma.cpp
   tone/tone_mapping.cpp)
+if(WIN32)
+  list(APPEND ZIMCC_SOURCES frame/pow_windows.S)
+endif()
 
 # The library for one processor target, in a folder below lib/ in the build tree.
 function(zimcc_add_library target level flags folder)

@@ -1,6 +1,7 @@
 // 64-bit Windows passes every argument in eight bytes: the first four in registers, the others on the stack; whatever
-// is larger by the address of a copy. Which register depends on the type, but a double that is passed without a
-// prototype goes in both. So one call serves all functions, with the eight bytes of each argument as those of a double.
+// is larger by the address of a copy. Which register depends on the type, but a double behind an ellipsis goes in both.
+// So one call serves all functions, with the eight bytes of each argument as those of a double; the first argument,
+// which an ellipsis needs ahead of it, is always a pointer.
 #include <array>
 #include <cstring>
 #include <utility>
@@ -27,9 +28,9 @@ std::size_t bytesOf(Parameter parameter) {
 using Slots = std::array<double, kMostParameters>;
 
 template <std::size_t... i>
-ZimResult callWith(AnyFunction function, const Slots& slots, std::index_sequence<i...>) {
+ZimResult callWith(AnyFunction function, void* first, const Slots& slots, std::index_sequence<i...>) {
   // More arguments than the function takes do no harm: the caller owns their place on the stack.
-  return reinterpret_cast<ZimResult (*)(...)>(function)(slots[i]...);
+  return reinterpret_cast<ZimResult (*)(void*, ...)>(function)(first, slots[i + 1]...);
 }
 
 }  // namespace
@@ -47,7 +48,9 @@ PreparedCall prepareCall(const std::vector<Parameter>& parameters) {
         std::memcpy(&slots[i], arguments[i], bytesOf(parameters[i]));
       }
     }
-    return callWith(function, slots, std::make_index_sequence<kMostParameters>());
+    void* first;
+    std::memcpy(&first, slots.data(), sizeof first);
+    return callWith(function, first, slots, std::make_index_sequence<kMostParameters - 1>());
   };
 }
 
