@@ -15,24 +15,24 @@ list(JOIN lines "" names)
 file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/zimcc.def CONTENT "EXPORTS\n  zimccGetLibVersion\n@names@" @ONLY)
 
 function(zimcc_configure_dll target module_definition)
-  # zimccmx-7.0.dll, its import library libzimcc.dll.a; the core library has no processor target in its name.
+  # zimccmx-7.0.dll and zimcore-7.0.dll; the import libraries are libzimcc.dll.a and libzimcore.dll.a.
   string(REPLACE zimcc zimccmx name ${target})
   set_target_properties(${target} PROPERTIES
     PREFIX ""
     RUNTIME_OUTPUT_NAME ${name}-${PROJECT_VERSION}
-    ARCHIVE_OUTPUT_NAME lib${target}
-    IMPORT_PREFIX ""
     LINK_DEPENDS ${module_definition})
   target_sources(${target} PRIVATE ${module_definition})
 endfunction()
 
-# That runtime and what it needs, beside the DLLs.
+# That runtime and what it needs, beside the DLLs; the C++ library needs threads of POSIX, too.
+set(dlls libwinpthread-1.dll)
 if(ZIMCC_OPENMP)
-  set(ZIMCC_RUNTIME_DLLS)
-  foreach(dll IN ITEMS libgomp-1.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
-    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll}
-      OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-    list(APPEND ZIMCC_RUNTIME_DLLS ${path})
-  endforeach()
-  file(COPY ${ZIMCC_RUNTIME_DLLS} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+  list(APPEND dlls libgomp-1.dll libgcc_s_seh-1.dll)
 endif()
+set(ZIMCC_RUNTIME_DLLS)
+foreach(dll IN LISTS dlls)
+  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll}
+    OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  list(APPEND ZIMCC_RUNTIME_DLLS ${path})
+endforeach()
+file(COPY ${ZIMCC_RUNTIME_DLLS} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
