@@ -19,6 +19,13 @@ if(ZIMCC_WERROR)
   list(APPEND ZIMCC_WARNINGS -Werror)
 endif()
 
+# What whoever opens teams of threads links to; without OpenMP nothing, and teams are of one (frame/team.h).
+add_library(zimcc_threads INTERFACE)
+if(ZIMCC_OPENMP)
+  find_package(OpenMP REQUIRED COMPONENTS CXX)
+  target_link_libraries(zimcc_threads INTERFACE OpenMP::OpenMP_CXX)
+endif()
+
 # C++20, exact floating point, warnings, sanitizers.
 function(zimcc_configure target)
   target_compile_features(${target} PRIVATE cxx_std_20)
@@ -37,9 +44,13 @@ function(zimcc_configure target)
   endif()
 endfunction()
 
-# A shared library whose exports are exactly those of a version script.
-function(zimcc_configure_shared target version_script)
+# A shared library whose exports are exactly those of a version script, or on Windows of a module definition file.
+function(zimcc_configure_shared target version_script module_definition)
   zimcc_configure(${target})
+  if(WIN32)
+    zimcc_configure_dll(${target} ${module_definition})
+    return()
+  endif()
   set_target_properties(${target} PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
@@ -48,6 +59,10 @@ function(zimcc_configure_shared target version_script)
     LINK_DEPENDS ${version_script})
   target_link_options(${target} PRIVATE -Wl,--version-script=${version_script})
 endfunction()
+
+if(WIN32)
+  include(cmake/zimcc_windows.cmake)
+endif()
 
 set(ZIMCC_SOURCES
   demosaic/adaptive_homogeneity.cpp
@@ -80,6 +95,9 @@ set(ZIMCC_SOURCES
   tone/color_twist.cpp
   tone/gamma.cpp
   tone/tone_mapping.cpp)
+if(WIN32)
+  list(APPEND ZIMCC_SOURCES frame/pow_windows.S)
+endif()
 
 # The library for one processor target: zimcc for the baseline, zimcc_v3 for x86-64-v3 and so on. Those beyond the
 # baseline lie where the loader looks for them first, in the build tree as where they are installed.
@@ -92,7 +110,7 @@ function(zimcc_add_library level)
     set(folder glibc-hwcaps/x86-64-${level})
   endif()
   add_library(${target} SHARED ${ZIMCC_SOURCES})
-  zimcc_configure_shared(${target} ${PROJECT_SOURCE_DIR}/frame/zimcc.map)
+  zimcc_configure_shared(${target} ${PROJECT_SOURCE_DIR}/frame/zimcc.map ${PROJECT_BINARY_DIR}/zimcc.def)
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME zimcc
     LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib/${folder})
@@ -101,7 +119,7 @@ function(zimcc_add_library level)
   target_include_directories(${target}
     PRIVATE ${PROJECT_SOURCE_DIR}
     PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-  target_link_libraries(${target} PUBLIC zimcore PRIVATE OpenMP::OpenMP_CXX)
+  target_link_libraries(${target} PUBLIC zimcore PRIVATE zimcc_threads)
   # Beside the library, or above its folder for the processor's own build.
   if(folder)
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/../..")

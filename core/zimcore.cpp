@@ -1,14 +1,14 @@
 #include "zimcore.h"
 
-#include <omp.h>
-
 #include <algorithm>
 #include <atomic>
-#include <cstdlib>
+#include <new>
+
+#include "frame/team.h"
 
 namespace {
 
-constexpr std::size_t kAlignment = 64;
+constexpr std::align_val_t kAlignment{64};
 
 std::atomic<int> teamSize{0};  // 0: as the OpenMP runtime chooses
 
@@ -16,16 +16,13 @@ std::atomic<int> teamSize{0};  // 0: as the OpenMP runtime chooses
 
 extern "C" {
 
-void* zimMalloc(std::size_t byteCount) {
-  const std::size_t rounded = (byteCount + kAlignment - 1) & ~(kAlignment - 1);
-  return rounded < byteCount ? nullptr : std::aligned_alloc(kAlignment, rounded);
-}
+void* zimMalloc(std::size_t byteCount) { return ::operator new(byteCount, kAlignment, std::nothrow); }
 
-void zimFree(void* memory) { std::free(memory); }
+void zimFree(void* memory) { ::operator delete(memory, kAlignment); }
 
 int ownGetNumThreads(void) {
   const int count = teamSize.load(std::memory_order_relaxed);
-  return count > 0 ? count : std::max(1, omp_get_max_threads());
+  return count > 0 ? count : std::max(1, zim::usualTeamSize());
 }
 
 void zimSetNumThreads(int count) { teamSize.store(std::max(0, count), std::memory_order_relaxed); }

@@ -1,12 +1,10 @@
 // Row walkers: which thread takes which rows, and where a row begins.
 #pragma once
 
-#include <omp.h>
-
 #include <cstddef>
 
+#include "frame/team.h"
 #include "zimcc.h"
-#include "zimcore.h"
 
 namespace zim {
 
@@ -38,13 +36,6 @@ std::ptrdiff_t rowOffset(Zim32s row, Zim32s step) {
   }
 }
 
-// Runs task(thread, team size) on each thread of a team of the asked size; the runtime may grant fewer.
-template <class Task>
-void inTeam([[maybe_unused]] int teamSize, const Task& task) {
-#pragma omp parallel num_threads(teamSize)
-  task(omp_get_thread_num(), omp_get_num_threads());
-}
-
 // Each walker calls rows(first, count) for blocks of rows that together make up the image.
 
 struct Serial {
@@ -58,8 +49,7 @@ struct Serial {
 struct AlwaysParallel {
   template <class Rows>
   static void run(ZimiSize size, const Rows& rows) {
-#pragma omp parallel for schedule(static) num_threads(ownGetNumThreads())
-    for (Zim32s row = 0; row < size.height; ++row) rows(row, 1);
+    shareOut(size.height, wantedTeamSize(), [&](int row) { rows(row, 1); });
   }
 };
 
@@ -87,7 +77,7 @@ struct Bands {
 
   template <class Rows>
   static void run(ZimiSize size, const Rows& rows) {
-    const int count = ownGetNumThreads();
+    const int count = wantedTeamSize();
     if (count == 1 || size.width < leastWidth || size.height < leastHeight) {
       Serial::run(size, rows);
       return;

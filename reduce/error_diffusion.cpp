@@ -1,7 +1,5 @@
 #include "reduce/error_diffusion.h"
 
-#include <omp.h>
-
 #include <limits>
 #include <memory>
 
@@ -146,7 +144,7 @@ struct Release {
 int teamFor(int channels) {
   int size = 1;
   if (channels == 1) return size;
-  inTeam(ownGetNumThreads(), [&](int thread, int team) {
+  inTeam(wantedTeamSize(), [&](int thread, int team) {
     if (thread == 0) size = team;
   });
   return channels == 3 && size >= 4 ? size - 1 : size;
@@ -158,8 +156,7 @@ void inSections(int team, int channels, const Section& section) {
   const int sections = std::min(team, channels), share = channels / sections, more = channels % sections;
   const auto run = [&](int i) { section(i, i * share + std::min(i, more), share + (i < more ? 1 : 0)); };
   if (sections == 1) return run(0);
-#pragma omp parallel for schedule(static, 1) num_threads(sections)
-  for (int i = 0; i < sections; ++i) run(i);
+  shareOut(sections, sections, run);
 }
 
 template <class Errors>

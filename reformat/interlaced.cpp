@@ -99,7 +99,7 @@ struct Frame {
 // Large frames are divided by hand into bands of whole groups for the team that the runtime grants.
 template <class Whole, class Band>
 void inBands(ZimiSize size, const Whole& whole, const Band& band) {
-  const int count = ownGetNumThreads();
+  const int count = wantedTeamSize();
   if (count <= 1 || size.width < 128 || size.height <= 128) {
     whole();
   } else {

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include "tests/exports.h"
 #include "zimcc.h"
 
 namespace {
@@ -18,3 +19,5 @@ class LoadedBuild : public testing::Environment {
 [[maybe_unused]] const testing::Environment* const loadedBuild = testing::AddGlobalTestEnvironment(new LoadedBuild);
 
 }  // namespace
+
+bool zim::test::hasTeams() { return ZIMCC_OPENMP; }

@@ -1,13 +1,12 @@
 #include "tests/canvas.h"
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <map>
 #include <new>
+
+#include "tests/pages.h"
 
 namespace zim::test {
 
@@ -21,21 +20,21 @@ std::vector<std::byte*>& unusedOf(std::size_t count) {
   return unused[count];
 }
 
-std::byte* mapGuarded(std::size_t count, std::size_t page) {
-  void* mapping = mmap(nullptr, count + 2 * page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (mapping == MAP_FAILED) throw std::bad_alloc();
-  std::byte* start = static_cast<std::byte*>(mapping) + page;
-  if (mprotect(start, count, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+std::byte* mapGuarded(std::size_t count) {
+  std::byte* const pages = reservePages(count + 2 * pageSize());
+  if (pages == nullptr) throw std::bad_alloc();
+  std::byte* const start = pages + pageSize();
+  openPages(start, count);
   return start;
 }
 
 }  // namespace
 
 GuardedBytes::GuardedBytes(std::size_t count) {
-  static const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  const std::size_t page = pageSize();
   const std::size_t wholePages = (count + page - 1) / page * page;
   auto& unused = unusedOf(wholePages);
-  if (unused.empty()) unused.push_back(mapGuarded(wholePages, page));
+  if (unused.empty()) unused.push_back(mapGuarded(wholePages));
   memory_ = {unused.back(), Release{wholePages}};
   unused.pop_back();
 }

@@ -10,6 +10,7 @@
 
 #include "tools/catalogue/caller.h"
 #include "tools/catalogue/image.h"
+#include "tools/catalogue/pattern.h"
 
 namespace {
 
@@ -40,6 +41,27 @@ std::string inShort(const std::vector<Argument>& arguments) {
     if (a.mayBeNull) text << '?';
   }
   return text.str();
+}
+
+TEST(Patterns, StandForNames) {
+  struct Case {
+    const char* pattern;
+    std::vector<const char*> matching, others;
+  };
+  const Case cases[] = {
+      {"", {""}, {"a"}},
+      {"ab", {"ab"}, {"a", "abc", "xab"}},
+      {"a*c*", {"ac", "abcd", "acc"}, {"a", "bac"}},
+      {"a?c", {"abc", "a?c"}, {"ac", "abbc"}},
+      {"[ab-d][!a]", {"ab", "cc", "d!"}, {"e1", "aa", "a"}},
+      {"@(ab|c*)d", {"abd", "cd", "cxxd"}, {"d", "abcd", "ab"}},
+      {"x?(y@(z|)|*w)", {"x", "xy", "xyz", "xw", "xvw"}, {"xz", "y"}},
+      {"_@(C3|AC4)?(P3)R", {"_C3R", "_AC4P3R"}, {"_C4R", "_C3P3"}},
+  };
+  for (const Case& c : cases) {
+    for (const char* text : c.matching) EXPECT_TRUE(matches(c.pattern, text)) << c.pattern << ' ' << text;
+    for (const char* text : c.others) EXPECT_FALSE(matches(c.pattern, text)) << c.pattern << ' ' << text;
+  }
 }
 
 struct Described {

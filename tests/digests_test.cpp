@@ -19,6 +19,12 @@ namespace {
 using namespace catalogue;
 
 constexpr const char* kFile = ZIMCC_TESTS_FOLDER "/digests.txt";
+// Digests that differ where the C library is another; none if it has no name.
+#ifdef _WIN32
+constexpr const char* kFileOfPlatform = ZIMCC_TESTS_FOLDER "/digests_windows.txt";
+#else
+constexpr const char* kFileOfPlatform = "";
+#endif
 
 std::string digestOf(const Export& e) {
   const Caller call(e);
@@ -41,19 +47,37 @@ std::string digestOf(const Export& e) {
   return text.str();
 }
 
+using Digests = std::map<std::string, std::string>;
+
+Digests readDigests(const char* path) {
+  Digests digests;
+  std::ifstream file(path);
+  for (std::string name, digest; file >> name >> digest;) digests[name] = digest;
+  return digests;
+}
+
 TEST(Digests, AreAsFrozen) {
-  std::map<std::string, std::string> digests;
   zimSetNumThreads(2);
-  for (const Export& e : forms()) digests[e.name] = digestOf(e);
+  Digests digests;
+  for (const Export& e : forms()) {
+    if (hasTeams() || !showsTeamSize(e)) digests[e.name] = digestOf(e);
+  }
+  Digests frozen = readDigests(kFile);
 
   if (std::getenv("ZIMCC_UPDATE_DIGESTS") != nullptr) {
-    std::ofstream file(kFile);
-    for (const auto& [name, digest] : digests) file << name << ' ' << digest << '\n';
+    const bool ofPlatform = *kFileOfPlatform != '\0';
+    std::ofstream file(ofPlatform ? kFileOfPlatform : kFile, std::ios::binary);
+    for (const auto& [name, digest] : digests) {
+      if (!ofPlatform || frozen[name] != digest) file << name << ' ' << digest << '\n';
+    }
     ASSERT_TRUE(file.flush());
     return;
   }
-  std::ifstream file(kFile);
-  for (std::string name, digest; file >> name >> digest;) {
+  for (const auto& [name, digest] : readDigests(kFileOfPlatform)) frozen[name] = digest;
+  for (const Export& e : forms()) {
+    if (!hasTeams() && showsTeamSize(e)) frozen.erase(e.name);
+  }
+  for (const auto& [name, digest] : frozen) {
     const auto found = digests.find(name);
     if (found == digests.end()) {
       ADD_FAILURE() << name << " is frozen, but not exported";

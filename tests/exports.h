@@ -1,7 +1,6 @@
 // What tests that run over all exports share.
 #pragma once
 
-#include <fnmatch.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "tools/catalogue/caller.h"
+#include "tools/catalogue/pattern.h"
 
 namespace zim::catalogue {
 
@@ -23,9 +23,7 @@ inline void PrintTo(const Export& e, std::ostream* stream) { *stream << e.name; 
 
 namespace zim::test {
 
-inline bool matches(const catalogue::Export& e, const char* pattern) {
-  return fnmatch(pattern, e.name.c_str(), FNM_EXTMATCH) == 0;
-}
+inline bool matches(const catalogue::Export& e, const char* pattern) { return catalogue::matches(pattern, e.name); }
 
 inline bool matchesAny(const catalogue::Export& e, std::span<const char* const> patterns) {
   return std::ranges::any_of(patterns, [&](const char* pattern) { return matches(e, pattern); });
@@ -105,6 +103,9 @@ inline bool takesAnyStep(const catalogue::Export& e) {
   return !matchesAny(e, kTestSteps) && e.source.steps != catalogue::Steps::none &&
          e.destination.steps != catalogue::Steps::none;
 }
+
+// Whether the build has teams of more than one thread.
+bool hasTeams();
 
 // Exports whose channels that a thread takes one after another share something.
 inline bool showsTeamSize(const catalogue::Export& e) {

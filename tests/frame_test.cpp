@@ -85,7 +85,7 @@ std::map<int, std::vector<Block>> blocksOf(ZimiSize size, int team) {
   std::mutex mutex;
   Walker::run(size, [&](Zim32s first, Zim32s count) {
     const std::lock_guard lock(mutex);
-    blocks[omp_get_thread_num()].push_back({first, count});
+    blocks[threadNumber()].push_back({first, count});
   });
   return blocks;
 }
@@ -106,7 +106,8 @@ template <class Walker>
 void expectContiguousBlocks(ZimiSize size, int team) {
   SCOPED_TRACE(std::to_string(size.width) + " x " + std::to_string(size.height));
   const auto blocks = blocksOf<Walker>(size, team);
-  EXPECT_EQ(timesAskedForTeam, 1);
+  EXPECT_EQ(timesAskedForTeam, test::hasTeams() ? 1 : 0);
+  if (!test::hasTeams()) team = 1;
   Zim32s next = 0;
   for (const auto& [thread, rows] : blocks) {
     for (const Block& block : rows) {
@@ -129,6 +130,7 @@ TEST(Rows, ManyPixelsAreSharedInContiguousBlocks) {
 }
 
 TEST(Rows, BandsTakeTheRestLast) {
+  if (!test::hasTeams()) GTEST_SKIP() << "no teams in this build";
   struct Case {
     ZimiSize size;
     int team;
@@ -207,7 +209,7 @@ TEST(OwnServices, LibraryAsksForTheTeam) {
   teamSize = 3;
   timesAskedForTeam = 0;
   EXPECT_EQ(Caller(e)(Operands(e, source, destination)), zimResultOk);
-  EXPECT_EQ(timesAskedForTeam, 1);
+  EXPECT_EQ(timesAskedForTeam, test::hasTeams() ? 1 : 0);
 }
 
 struct Use {

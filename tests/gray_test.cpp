@@ -1,6 +1,5 @@
 // Values of the gray conversions, worked out from their arithmetic.
 #include <gtest/gtest.h>
-#include <sys/mman.h>
 
 #include <array>
 #include <cmath>
@@ -9,11 +8,13 @@
 #include <random>
 #include <vector>
 
+#include "tests/pages.h"
 #include "tools/catalogue/caller.h"
 
 namespace {
 
 using namespace zim::catalogue;
+using namespace zim::test;
 
 using Weights = std::vector<double>;
 
@@ -185,16 +186,16 @@ void expectOffsetsWrap(int unit) {
   constexpr Zim32s step = 1 << 30;
   const int period = 4 * unit;  // rows until the product is 0 again
   const std::size_t length = static_cast<std::size_t>(period) * step;
-  const auto unmap = [length](void* p) { munmap(p, length); };
-  void* mapping = mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-  if (mapping == MAP_FAILED) GTEST_SKIP() << "no address space of " << (length >> 30) << " GiB";
-  const std::unique_ptr<void, decltype(unmap)> owner(mapping, unmap);
-  auto* const middle = static_cast<std::byte*>(mapping) + length / 2;
+  const auto release = [length](std::byte* p) { releasePages(p, length); };
+  const std::unique_ptr<std::byte, decltype(release)> pages(reservePages(length), release);
+  if (pages == nullptr) GTEST_SKIP() << "no address space of " << (length >> 30) << " GiB";
+  auto* const middle = pages.get() + length / 2;
 
   std::vector<T> gray(static_cast<std::size_t>(period) + 1);
   for (int y = 0; y < period; ++y) {
     const int quarters = y < period / 2 ? y : y - period;
     auto* const row = reinterpret_cast<T*>(middle + std::ptrdiff_t{quarters} * step);
+    openPages(reinterpret_cast<std::byte*>(row), 3 * sizeof(T));
     for (int c = 0; c < 3; ++c) row[c] = static_cast<T>(y + 1);
   }
   const Export& e = *find((sizeof(T) == 8 ? "zimiColorToGray_" : "zimiRGBToGray_") + typeName<T>() + "_C3C1R");

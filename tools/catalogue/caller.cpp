@@ -7,44 +7,6 @@
 #include <string>
 
 namespace zim::catalogue {
-namespace {
-
-constexpr std::size_t kMostArguments = 16;
-
-ffi_type& sizeType() {
-  static ffi_type* fields[] = {&ffi_type_sint32, &ffi_type_sint32, nullptr};
-  static ffi_type type = {sizeof(ZimiSize), alignof(ZimiSize), FFI_TYPE_STRUCT, fields};
-  return type;
-}
-
-ffi_type& regionType() {
-  static ffi_type* fields[] = {&ffi_type_sint32, &ffi_type_sint32, &ffi_type_sint32, &ffi_type_sint32, nullptr};
-  static ffi_type type = {sizeof(ZimiRegion), alignof(ZimiRegion), FFI_TYPE_STRUCT, fields};
-  return type;
-}
-
-ffi_type& numberType(SampleType type) {
-  switch (type) {
-    case SampleType::s8:
-      return ffi_type_sint8;
-    case SampleType::u16:
-      return ffi_type_uint16;
-    case SampleType::s16:
-      return ffi_type_sint16;
-    case SampleType::s32:
-      return ffi_type_sint32;
-    case SampleType::f32:
-      return ffi_type_float;
-    case SampleType::f64:
-      return ffi_type_double;
-    case SampleType::u1:
-    case SampleType::u8:
-      break;
-  }
-  return ffi_type_uint8;
-}
-
-}  // namespace
 
 Value::Value(const Argument& argument) : name_(argument.name), type_(argument.type), array_(argument.array) {
   set(argument.usual);
@@ -97,10 +59,10 @@ Value& Operands::value(std::string_view name) {
 Caller::Caller(const Export& e) : function_(e.function) {
   if (function_ == nullptr) throw std::invalid_argument(e.name + " is not in the library");
   if (e.takesRegion) {
-    add(ffi_type_pointer, {Kind::plane, &Operands::source, 0});
-    add(regionType(), {Kind::region, nullptr, 0});
-    add(sizeType(), {Kind::size, nullptr, 0});
-    add(ffi_type_sint32, {Kind::step, &Operands::source, 0});
+    add({Parameter::Kind::pointer}, {Kind::plane, &Operands::source, 0});
+    add({Parameter::Kind::region}, {Kind::region, nullptr, 0});
+    add({Parameter::Kind::size}, {Kind::size, nullptr, 0});
+    add({Parameter::Kind::number, SampleType::s32}, {Kind::step, &Operands::source, 0});
   } else if (!e.inPlace) {
     addSide(e.source, &Operands::source);
   }
@@ -109,40 +71,39 @@ Caller::Caller(const Export& e) : function_(e.function) {
     for (std::size_t i = 0; i < e.further.size(); ++i) {
       const Argument& argument = e.further[i];
       if (argument.aheadOfSize != aheadOfSize) continue;
-      add(argument.array ? ffi_type_pointer : numberType(argument.type), {Kind::value, nullptr, i});
+      add({argument.array ? Parameter::Kind::pointer : Parameter::Kind::number, argument.type},
+          {Kind::value, nullptr, i});
     }
   };
   addFurther(true);
-  if (!e.takesRegion) add(sizeType(), {Kind::size, nullptr, 0});
+  if (!e.takesRegion) add({Parameter::Kind::size}, {Kind::size, nullptr, 0});
   addFurther(false);
   if (e.scratch) addSide(e.scratch->side, &Operands::scratch);
-  if (slots_.size() > kMostArguments || ffi_prep_cif(&call_, FFI_DEFAULT_ABI, static_cast<unsigned>(types_.size()),
-                                                     &ffi_type_sint32, types_.data()) != FFI_OK) {
-    throw std::invalid_argument("no way to call " + e.name);
-  }
+  if (slots_.size() <= kMostParameters) call_ = prepareCall(parameters_);
+  if (!call_) throw std::invalid_argument("no way to call " + e.name);
 }
 
-void Caller::add(ffi_type& type, Slot slot) {
-  types_.push_back(&type);
+void Caller::add(Parameter parameter, Slot slot) {
+  parameters_.push_back(parameter);
   slots_.push_back(slot);
 }
 
 void Caller::addSide(const Side& side, Buffers Operands::*buffers) {
   if (side.pointerArray) {
-    add(ffi_type_pointer, {Kind::planeArray, buffers, 0});
-    if (side.steps == Steps::one) add(ffi_type_sint32, {Kind::step, buffers, 0});
-    if (side.steps == Steps::perPlane) add(ffi_type_pointer, {Kind::stepArray, buffers, 0});
+    add({Parameter::Kind::pointer}, {Kind::planeArray, buffers, 0});
+    if (side.steps == Steps::one) add({Parameter::Kind::number, SampleType::s32}, {Kind::step, buffers, 0});
+    if (side.steps == Steps::perPlane) add({Parameter::Kind::pointer}, {Kind::stepArray, buffers, 0});
     return;
   }
   for (std::size_t i = 0; i < side.planes.size(); ++i) {
-    add(ffi_type_pointer, {Kind::plane, buffers, i});
-    if (side.steps != Steps::none) add(ffi_type_sint32, {Kind::step, buffers, i});
+    add({Parameter::Kind::pointer}, {Kind::plane, buffers, i});
+    if (side.steps != Steps::none) add({Parameter::Kind::number, SampleType::s32}, {Kind::step, buffers, i});
   }
 }
 
 ZimResult Caller::operator()(const Operands& operands) const {
-  std::array<void*, kMostArguments> arguments;
-  std::array<const void*, kMostArguments> pointers;
+  std::array<void*, kMostParameters> arguments;
+  std::array<const void*, kMostParameters> pointers;
   for (std::size_t i = 0; i < slots_.size(); ++i) {
     const Slot& slot = slots_[i];
     const auto pass = [&](const void* where) { arguments[i] = const_cast<void*>(where); };
@@ -180,9 +141,7 @@ ZimResult Caller::operator()(const Operands& operands) const {
       }
     }
   }
-  ffi_arg result;
-  ffi_call(&call_, function_, &result, arguments.data());
-  return static_cast<ZimResult>(result);
+  return call_(function_, arguments.data());
 }
 
 }  // namespace zim::catalogue

@@ -1,8 +1,6 @@
 // Calls any export through its description.
 #pragma once
 
-#include <ffi.h>
-
 #include <array>
 #include <cstddef>
 #include <initializer_list>
@@ -13,6 +11,7 @@
 
 #include "tools/catalogue/catalogue.h"
 #include "tools/catalogue/image.h"
+#include "tools/catalogue/prepared_call.h"
 
 namespace zim::catalogue {
 
@@ -80,13 +79,13 @@ class Caller {
     std::size_t index;
   };
 
-  void add(ffi_type& type, Slot slot);
+  void add(Parameter parameter, Slot slot);
   void addSide(const Side& side, Buffers Operands::*buffers);
 
   AnyFunction function_;
   std::vector<Slot> slots_;
-  std::vector<ffi_type*> types_;  // the prepared call points to its elements, which stay put when this is moved
-  mutable ffi_cif call_;          // libffi does not write to it, but asks for it without const
+  std::vector<Parameter> parameters_;
+  PreparedCall call_;
 };
 
 }  // namespace zim::catalogue

@@ -1,15 +1,13 @@
 #include "tools/catalogue/catalogue.h"
 
-#include <fnmatch.h>
-
 #include <algorithm>
 #include <array>
 #include <regex>
 
+#include "tools/catalogue/pattern.h"
+
 namespace zim::catalogue {
 namespace {
-
-bool matches(const char* pattern, const std::string& name) { return fnmatch(pattern, name.c_str(), FNM_EXTMATCH) == 0; }
 
 // ---- What names do not tell. In each table the first row that matches counts. -------------------------------------
 
@@ -107,7 +105,7 @@ constexpr const char* kWholeGroupsOnly[] = {
     "zimiY@(CbCr|CrCb|UV)420To@(BGR|RGB)_*",
     "zimiYCbCr422ToBGR_8u_P3C3R",
     "zimiYCbCr411ToBGR*",
-    "zimi@(CbYCr|YCbCr|YCrCb)@(422|420|411|1620)?(To*([A-Z]|[a-z])@(422|420|411|1620))_*",
+    "zimi@(CbYCr|YCbCr|YCrCb)@(422|420|411|1620)?(To*@(422|420|411|1620))_*",
 };
 
 // Operations that see a whole mosaic, and those of them that are lent memory.
@@ -163,10 +161,10 @@ struct FormOfExports {
 const std::vector<FormOfExports>& formsOfExports() {
   static const std::vector<FormOfExports> table = {
       {"zimiReduceBits_8u1u_*", "threshold", {{"dither", zimDitherKindNone}}},
-      {"zimiReduceBits_!(8u1u)_*", "none", {{"dither", zimDitherKindNone}}},
-      {"zimiReduceBits_!(8u1u)_*", "bayer", {{"dither", zimDitherKindBayer}}},
+      {"zimiReduceBits_*[!1][usf]_*", "none", {{"dither", zimDitherKindNone}}},
+      {"zimiReduceBits_*[!1][usf]_*", "bayer", {{"dither", zimDitherKindBayer}}},
       {"zimiReduceBits_@(8u|32f16s)_*", "bayer-noise", {{"dither", zimDitherKindBayer}, {"noise", 30}}},
-      {"zimiReduceBits_!(8u1u)_*", "stucki", {{"dither", zimDitherKindStucki}}},
+      {"zimiReduceBits_*[!1][usf]_*", "stucki", {{"dither", zimDitherKindStucki}}},
       {"zimiReduceBits_@(8u|32f16s)_*", "stucki-noise", {{"dither", zimDitherKindStucki}, {"noise", 30}}},
   };
   return table;
@@ -373,7 +371,7 @@ const Export* find(std::string_view name) {
 std::vector<const Export*> matching(const std::string& pattern) {
   std::vector<const Export*> found;
   for (const Export& e : exports()) {
-    if (matches(pattern.c_str(), e.name)) found.push_back(&e);
+    if (matches(pattern, e.name)) found.push_back(&e);
   }
   return found;
 }

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/catalogue/prepared_call.h"
 #include "tools/catalogue/sample_type.h"
 #include "zimcc.h"
 
@@ -66,8 +67,6 @@ struct Scratch {
 
   ZimiSize size(ZimiSize region) const { return {region.width + margin, rows}; }
 };
-
-using AnyFunction = void (*)();
 
 struct Export {
   std::string name;

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <new>
 #include <span>
 
 namespace zim::catalogue {
@@ -110,8 +109,7 @@ Image::Image(const Side& side, ZimiSize size, int stepPadding) : side_(side), si
     p.step = p.rowBytes + static_cast<std::size_t>(side.steps == Steps::none ? 0 : stepPadding);
     p.rows = plane.rows(size.height);
     const std::size_t bytes = (p.step * static_cast<std::size_t>(p.rows) / 64 + 1) * 64;
-    p.memory.reset(static_cast<std::byte*>(std::aligned_alloc(64, bytes)));
-    if (!p.memory) throw std::bad_alloc();
+    p.memory.reset(static_cast<std::byte*>(::operator new(bytes, kAlignment)));
     std::memset(p.memory.get(), 0, bytes);
   }
 }

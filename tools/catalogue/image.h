@@ -4,8 +4,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
+#include <new>
 #include <vector>
 
 #include "tools/catalogue/catalogue.h"
@@ -46,8 +46,9 @@ class Image {
   std::uint64_t digest() const;
 
  private:
+  static constexpr std::align_val_t kAlignment{64};
   struct Free {
-    void operator()(std::byte* memory) const { std::free(memory); }
+    void operator()(std::byte* memory) const { ::operator delete(memory, kAlignment); }
   };
   struct PlaneMemory {
     std::size_t rowBytes, step;
