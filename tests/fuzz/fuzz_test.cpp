@@ -1,6 +1,7 @@
-// Calls that once went wrong, and some at random. scripts/fuzz looks for more.
+// Calls that once went wrong, and ZIMCC_FUZZ_CALLS calls at random, or a few thousand. scripts/fuzz looks for more.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -25,9 +26,11 @@ TEST(Fuzz, Corpus) {
 }
 
 TEST(Fuzz, RandomCalls) {
+  const char* asked = std::getenv("ZIMCC_FUZZ_CALLS");
+  const int calls = asked == nullptr ? 4000 : std::atoi(asked);
   std::mt19937_64 draw(20);
   std::vector<std::uint8_t> bytes(160);
-  for (int i = 0; i < (getenv("N") ? atoi(getenv("N")) : 4000) && !HasFailure(); ++i) {
+  for (int i = 0; i < calls && !HasFailure(); ++i) {
     for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(draw());
     expectGoodCall(bytes);
   }
