@@ -51,10 +51,12 @@ Export takeForm(Input& input) {
   });
 }
 
-// Small, or of as many pixels as it takes for every export to share them among threads.
+// Small, of as many pixels as it takes for rows to be shared among threads, or as it takes for bands of rows to be.
 ZimiSize takeSize(Input& input) {
   constexpr int kPixels = 18000;
-  if (input.within(0, 7) != 0) return {input.within(1, 140), input.within(1, 9)};
+  const int kind = input.within(0, 15);
+  if (kind > 1) return {input.within(1, 140), input.within(1, 9)};
+  if (kind == 1) return {input.within(126, 134), input.within(126, 134)};
   const int width = input.within(1, 300);
   return {width, input.within(1, std::min(kPixels / width, 600))};
 }
