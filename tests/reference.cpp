@@ -23,6 +23,9 @@ Buffers at(Image& image, int x, int y) {
 
 namespace {
 
+// Of larger images, rows go in one call each.
+constexpr int kMostSinglePixels = 1 << 13;
+
 void compute(const Export& e, Image& source, Image& destination, const Caller& call) {
   Operands whole(e, source, destination);
   const ZimiSize size = whole.size, cell = cellOf(e);
@@ -31,8 +34,9 @@ void compute(const Export& e, Image& source, Image& destination, const Caller& c
     return;
   }
   Operands part = whole;
+  const int width = size.width * size.height > kMostSinglePixels ? size.width : cell.width;
   forEachCell(size.height, cell.height, [&](int y, int rows) {
-    forEachCell(size.width, cell.width, [&](int x, int columns) {
+    forEachCell(size.width, width, [&](int x, int columns) {
       part.size = {columns, rows};
       part.source = at(source, x, y);
       part.destination = at(destination, x, y);
