@@ -178,9 +178,13 @@ class EndlessRows {
   bool complete_ = true;
 };
 
-// Images of one group of rows, all alike.
+// Images of as few rows as share chroma, all alike.
 Reference shortReference(const Export& e, int width, std::uint64_t seed) {
-  Image source(e.source, {width, cellOf(e).height});
+  int rows = 1;
+  for (const Side* side : {&e.source, &e.destination}) {
+    for (const Plane& plane : side->planes) rows = std::max(rows, plane.pixelsDown);
+  }
+  Image source(e.source, {width, rows});
   source.fillRandom(seed);
   forEachRow(source, [&](std::size_t plane, int y, std::size_t bytes) {
     if (y > 0) std::memcpy(source.row(plane, y), source.row(plane, 0), bytes);
@@ -228,7 +232,7 @@ constexpr const char* kKinds[] = {"zimiRGBToGray_8u_C3C1R",
                                   "zimiBGRToYCbCr411_8u_AC4P3R",
                                   "zimiBGRToBGR565_8u16u_C3R",
                                   "zimiBGR565ToYCbCr422_16u8u_C3P3R",
-                                  "zimiYCbCr420ToBGR565Dither_8u16u_P3C3R",
+                                  "zimiYCbCr422ToBGR565Dither_8u16u_P3C3R",
                                   "zimiYCbCr411_8u_P3P2R",
                                   "zimiYCbCr422ToYCbCr420_8u_C2P2R",
                                   "zimiReduceBits_8u_C1R:none",
@@ -243,6 +247,28 @@ std::vector<Export> kindsOfRows() {
 }
 
 INSTANTIATE_TEST_SUITE_P(Large, EndlessRow, testing::ValuesIn(kindsOfRows()), nameOf);
+
+// ---- Columns without end ------------------------------------------------------------------------------------------
+
+// As many rows as there are numbers, all at one place, through each way from row to row. Takes minutes.
+TEST(Large, EndlessColumn) {
+  if (std::getenv("ZIMCC_LARGE") == nullptr) GTEST_SKIP() << "ZIMCC_LARGE is not set";
+  for (const char* name : {"zimiRGBToGray_8u_C3C1R", "zimiRGBToXYZ_8u_C3R", "zimiRGBToYUV420_8u_C3P3R",
+                           "zimiYCbCr420ToRGB_8u_P3C3R", "zimiYCbCr422ToYCbCr420_8u_C2P2R"}) {
+    const Export& e = *find(name);
+    const Reference reference = shortReference(e, cellOf(e).width, 14);
+    Image destination(e.destination, reference.source.size());
+    Operands operands(e, reference.source, destination);
+    operands.size.height = std::numeric_limits<int>::max();
+    operands.source.steps = operands.destination.steps = {};
+    EXPECT_EQ(Caller(e)(operands), resultOf(e, operands.size)) << name;
+    for (std::size_t plane = 0; plane < destination.planes(); ++plane) {
+      EXPECT_EQ(
+          std::memcmp(destination.row(plane, 0), reference.destination.row(plane, 0), destination.rowBytes(plane)), 0)
+          << name << ", plane " << plane;
+    }
+  }
+}
 
 }  // namespace
 }  // namespace zim::test

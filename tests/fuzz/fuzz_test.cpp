@@ -1,4 +1,4 @@
-// Calls that once went wrong, and ZIMCC_FUZZ_CALLS calls at random, or a few thousand. scripts/fuzz looks for more.
+// Calls that once went wrong, and ZIMCC_FUZZ_CALLS calls at random, or 2000. scripts/fuzz looks for more.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -27,7 +27,7 @@ TEST(Fuzz, Corpus) {
 
 TEST(Fuzz, RandomCalls) {
   const char* asked = std::getenv("ZIMCC_FUZZ_CALLS");
-  const int calls = asked == nullptr ? 4000 : std::atoi(asked);
+  const int calls = asked == nullptr ? 2000 : std::atoi(asked);
   std::mt19937_64 draw(20);
   std::vector<std::uint8_t> bytes(160);
   for (int i = 0; i < calls && !HasFailure(); ++i) {
