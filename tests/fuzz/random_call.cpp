@@ -1,9 +1,7 @@
 #include "tests/fuzz/random_call.h"
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
@@ -206,20 +204,9 @@ void expectAsReference(const Export& e, const Caller& call, const Source& source
   source.expectUnchanged();
 }
 
-// The same export, or form, of the second build.
-std::optional<Export> inOtherBuild(Export e) {
-  static void* const library = [] {
-    const char* path = std::getenv("ZIMCC_OTHER_BUILD");
-    return path == nullptr ? nullptr : dlopen(path, RTLD_NOW | RTLD_LOCAL);
-  }();
-  if (library == nullptr) return std::nullopt;
-  e.function = reinterpret_cast<AnyFunction>(dlsym(library, e.name.substr(0, e.name.find(':')).c_str()));
-  return e;
-}
-
 }  // namespace
 
-void expectGoodCall(std::span<const std::uint8_t> bytes) {
+void expectGoodCall(std::span<const std::uint8_t> bytes, const OtherBuild& otherBuild) {
   Input input(bytes);
   Export e = takeForm(input);
   const ZimiSize size = takeSize(input);
@@ -234,9 +221,10 @@ void expectGoodCall(std::span<const std::uint8_t> bytes) {
   const Caller call(e);
   const Reference reference(e, std::move(source.image), call, team);
   expectAsReference(e, call, source, reference, access);
-  if (const auto other = inOtherBuild(e)) {
+  if (otherBuild) {
     SCOPED_TRACE("the other build");
-    expectAsReference(*other, Caller(*other), source, reference, access);
+    e.function = otherBuild(e.name.substr(0, e.name.find(':')));
+    expectAsReference(e, Caller(e), source, reference, access);
   }
 }
 
