@@ -248,27 +248,5 @@ std::vector<Export> kindsOfRows() {
 
 INSTANTIATE_TEST_SUITE_P(Large, EndlessRow, testing::ValuesIn(kindsOfRows()), nameOf);
 
-// ---- Columns without end ------------------------------------------------------------------------------------------
-
-// As many rows as there are numbers, all at one place, through each way from row to row. Takes minutes.
-TEST(Large, EndlessColumn) {
-  if (std::getenv("ZIMCC_LARGE") == nullptr) GTEST_SKIP() << "ZIMCC_LARGE is not set";
-  for (const char* name : {"zimiRGBToGray_8u_C3C1R", "zimiRGBToXYZ_8u_C3R", "zimiRGBToYUV420_8u_C3P3R",
-                           "zimiYCbCr420ToRGB_8u_P3C3R", "zimiYCbCr422ToYCbCr420_8u_C2P2R"}) {
-    const Export& e = *find(name);
-    const Reference reference = shortReference(e, cellOf(e).width, 14);
-    Image destination(e.destination, reference.source.size());
-    Operands operands(e, reference.source, destination);
-    operands.size.height = std::numeric_limits<int>::max();
-    operands.source.steps = operands.destination.steps = {};
-    EXPECT_EQ(Caller(e)(operands), resultOf(e, operands.size)) << name;
-    for (std::size_t plane = 0; plane < destination.planes(); ++plane) {
-      EXPECT_EQ(
-          std::memcmp(destination.row(plane, 0), reference.destination.row(plane, 0), destination.rowBytes(plane)), 0)
-          << name << ", plane " << plane;
-    }
-  }
-}
-
 }  // namespace
 }  // namespace zim::test
