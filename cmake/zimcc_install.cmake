@@ -1,25 +1,34 @@
-# Installation: libraries, headers, the CMake package and the pkg-config file.
+# Installation, in components: runtime (libraries), development (headers, the CMake package, the pkg-config file,
+# examples), and those that the tool and the Python package install themselves.
 
 include(CMakePackageConfigHelpers)
 
-install(TARGETS zimcore zimcc EXPORT zimcc-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-if(ZIMCC_V3)
-  # Found by the loader in place of the first on a processor that has x86-64-v3; nothing links to it by name.
-  install(TARGETS zimcc_v3
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-v3 NAMELINK_SKIP)
-endif()
-install(FILES include/zimcc.h include/zimcore.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(TARGETS zimcore zimcc EXPORT zimcc-targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
+foreach(level IN ITEMS v3 v4)
+  if(TARGET zimcc_${level})
+    # Found by the loader in place of the baseline on a processor that has this level; nothing links to it by name.
+    install(TARGETS zimcc_${level}
+      LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-${level} COMPONENT runtime NAMELINK_SKIP)
+  endif()
+endforeach()
+install(FILES include/zimcc.h include/zimcore.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/zimcc)
-install(EXPORT zimcc-targets NAMESPACE zimcc:: DESTINATION ${package_folder})
+install(EXPORT zimcc-targets NAMESPACE zimcc:: DESTINATION ${package_folder} COMPONENT development)
 configure_package_config_file(cmake/zimcc-config.cmake.in ${PROJECT_BINARY_DIR}/zimcc-config.cmake
   INSTALL_DESTINATION ${package_folder})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/zimcc-config-version.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/zimcc-config.cmake ${PROJECT_BINARY_DIR}/zimcc-config-version.cmake
-  DESTINATION ${package_folder})
+  DESTINATION ${package_folder} COMPONENT development)
 
 # Relative to its own folder, so that the installed tree can be moved and cmake --install --prefix is followed.
 set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH path_to_prefix ${CMAKE_INSTALL_PREFIX}/${pkgconfig_folder} ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/zimcc.pc.in ${PROJECT_BINARY_DIR}/zimcc.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/zimcc.pc DESTINATION ${pkgconfig_folder})
+install(FILES ${PROJECT_BINARY_DIR}/zimcc.pc DESTINATION ${pkgconfig_folder} COMPONENT development)
+
+set(ZIMCC_EXAMPLES_DIR ${CMAKE_INSTALL_DOCDIR}/examples CACHE STRING "Where the sources of the examples are installed")
+install(DIRECTORY examples/ DESTINATION ${ZIMCC_EXAMPLES_DIR} COMPONENT development
+  FILES_MATCHING PATTERN "*.c" PATTERN "*.cpp" PATTERN "CMakeLists.txt")
+install(FILES man/zimcc.7 DESTINATION ${CMAKE_INSTALL_MANDIR}/man7 COMPONENT development)

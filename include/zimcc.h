@@ -1,21 +1,27 @@
-/* zimcc: colour conversion of two-dimensional images.
+/** \file
+ * \mainpage zimcc: colour conversion of two-dimensional images
  *
  * Every operation converts one region and returns a ZimResult. A region is given by pointers to its first pixel, row
  * steps in bytes and a ZimiSize. No buffer has to be aligned, and no operation keeps a pointer after it returns.
- * Operations may be called from any number of threads at once on disjoint destinations.
+ * Operations may be called from any number of threads at once on disjoint destinations. Source and destination must not
+ * overlap, other than by the operations in place.
  *
  * Names read: zimi + operation [+ variant] _ sample types _ layout [+ R].
- *   Sample types: one word where source and destination agree (8u), else source first (8u16s).
- *   Layouts:      C1, C3, C4  interleaved samples, in the order that the colour words spell
- *                 C2          packed 4:2:2: two samples a pixel, in the order that the colour word spells
- *                 AC4         four interleaved samples; the fourth is not read, and is left as it was when written to
- *                 P2          a plane of luma and one of chroma pairs, each with its own pointer and step
- *                 P3, P4      planes: the address of an array of plane pointers, one step for all planes or, where
- *                             pixels share chroma, the address of an array with a step for each
- *   IR            in place: one pointer, one step.
+ *
+ * Sample types: one word where source and destination agree (8u), else source first (8u16s). Layouts, likewise:
+ *
+ * - C1, C3, C4: interleaved samples, in the order that the colour words spell
+ * - C2: packed 4:2:2, two samples a pixel, in the order that the colour word spells
+ * - AC4: four interleaved samples; the fourth is not read, and is left as it was when written to
+ * - P2: a plane of luma and one of chroma pairs, each with its own pointer and step
+ * - P3, P4, AP4: planes; the address of an array of plane pointers, one step for all planes or, where pixels share
+ *   chroma, the address of an array with a step for each
+ * - R: with steps; names without it are of images without gaps
+ * - IR: in place, one pointer, one step
  *
  * Steps are distances in bytes between the starts of successive rows. Where an operation does not say that it tests
- * them, zero re-reads (or re-writes) one row and a negative step walks upward in memory.
+ * them, zero re-reads (or re-writes) one row and a negative step walks upward in memory. aval is stored as the fourth
+ * sample of each pixel.
  *
  * Common results, unless an operation says more: zimResultNullPointer for a null pointer, then zimResultBadSize for a
  * width or height below 1; nothing is written in either case.
@@ -29,7 +35,8 @@
 extern "C" {
 #endif
 
-/* ---- Types ------------------------------------------------------------------------------------------------------ */
+/** \defgroup types Types and version
+ * @{ */
 
 typedef uint8_t Zim8u;
 typedef int8_t Zim8s;
@@ -104,8 +111,10 @@ typedef struct ZimLibraryVersion {
 /** The version record of the loaded build: constant, the same pointer at every call, never to be freed. */
 const ZimLibraryVersion* zimccGetLibVersion(void);
 
-/* ---- Gray ---------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup gray Gray
+ * @{ */
 
 /** \name Luma of three samples with fixed weights
  *
@@ -128,7 +137,8 @@ ZimResult zimiRGBToGray_32f_AC4C1R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* p
  *
  * As zimiRGBToGray_*, with coeffs[k] as the weight of the k-th sample in memory. A null coeffs selects the fixed
  * weights. Weights are used as they are: neither their sign nor their sum is tested, and integer results outside the
- * sample's range keep their low bits. 64f runs on a team of threads from 32 x 32 pixels, with exact byte steps.
+ * sample's range keep their low bits. 64f runs on a team of threads from 32 x 32 pixels, with exact byte
+ * steps; the team has to be as large as ownGetNumThreads says, or bands of rows stay as they were.
  * @{ */
 ZimResult zimiColorToGray_8u_C3C1R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
                                    const Zim32f coeffs[3]);
@@ -152,8 +162,10 @@ ZimResult zimiColorToGray_64f_AC4C1R(const Zim64f* pSrc, Zim32s srcStep, Zim64f*
                                      const Zim64f coeffs[3]);
 /** @} */
 
-/* ---- CIE XYZ --------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup xyz CIE XYZ
+ * @{ */
 
 /** \name RGB to XYZ, BT.709 primaries and white D65
  *
@@ -187,8 +199,10 @@ ZimResult zimiXYZToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst,
 ZimResult zimiXYZToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- CIE LUV and Lab ------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup luv_lab CIE LUV and Lab
+ * @{ */
 
 /** \name Linear RGB to CIE 1976 L*u*v*
  *
@@ -245,8 +259,10 @@ ZimResult zimiLabToBGR_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zi
 ZimResult zimiLabToBGR_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- PhotoYCC -------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup photoycc PhotoYCC
+ * @{ */
 
 /** \name RGB to PhotoYCC
  *
@@ -281,8 +297,10 @@ ZimResult zimiYCCToRGB_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst,
 ZimResult zimiYCCToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- HLS ------------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup hls HLS
+ * @{ */
 
 /** \name RGB to hue, lightness, saturation
  *
@@ -358,8 +376,10 @@ ZimResult zimiHLSToBGR_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u*
                               ZimiSize roiSize);
 /** @} */
 
-/* ---- HSV ------------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup hsv HSV
+ * @{ */
 
 /** \name RGB to hue, saturation, value
  *
@@ -384,8 +404,10 @@ ZimResult zimiHSVToRGB_16u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst,
 ZimResult zimiHSVToRGB_16u_AC4R(const Zim16u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- YCbCr and YUV at full resolution -----------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup ycbcr YCbCr and YUV at full resolution
+ * @{ */
 
 /** \name RGB to YCbCr, BT.601 in studio range
  *
@@ -463,17 +485,19 @@ ZimResult zimiYUVToRGB_8u_P3R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u*
                               ZimiSize roiSize);
 /** @} */
 
-/* ---- Encoders of shared chroma -----------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup encoders Encoders of shared chroma
+ * @{ */
 
 /** \name RGB and BGR to YCbCr with chroma shared by pixels, BT.601 in studio range: streams of 4:2:2
  *
  * A pair of pixels takes four bytes, in the order that the destination's colour word spells: YCbCr422 is Y, Cb, Y, Cr,
  * CbYCr422 is Cb, Y, Cr, Y. Chroma is that of the pair's average, rounded in the RGB forms and in
- * zimiBGRToCbYCr422_8u_AC4C2R, and by an eighth of a level in zimiBGRToYCbCr422_*. zimiRGBToYCbCr422_* and
- * zimiRGBToYCrCb422_* truncate the luma of every second pixel. The last pixel of an odd width writes two bytes, its
- * luma and the chroma that comes first in a pair, which is its own. Any size from 1 x 1, zimiBGRToYCbCr422_* from 2
- * x 1. Null planes of a source are found after the size is tested.
+ * zimiBGRToCbYCr422_8u_AC4C2R; in zimiBGRToYCbCr422_* an eighth of a level is added in place of a half.
+ * zimiRGBToYCbCr422_8u_*C2R and zimiRGBToYCrCb422_8u_*C2R truncate the luma of every second pixel. The last pixel of an
+ * odd width writes two bytes, its luma and the chroma that comes first in a pair, which is its own. Any size from 1 x
+ * 1, zimiBGRToYCbCr422_* from 2 x 1. Null planes of a source are found after the size is tested.
  * @{ */
 ZimResult zimiRGBToYCbCr422_8u_C3C2R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 ZimResult zimiRGBToYCbCr422_8u_P3C2R(const Zim8u* const pSrc[3], Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
@@ -511,9 +535,9 @@ ZimResult zimiBGRToCbYCr422_709HDTV_8u_AC4C2R(const Zim8u* pSrc, Zim32s srcStep,
 
 /** \name RGB and BGR to planes of 4:2:2, BT.601 in studio range
  *
- * Chroma rows of half the width, rounded by an eighth of a level. dstStep has a step for each plane. Sizes from 2 x 1.
- * Of an odd width the BGR forms write the last pixel's luma and no chroma; zimiRGBToYCbCr422_8u_C3P3R leaves it alone
- * and returns zimWarnOddSize. Null planes are found before the size is tested.
+ * Chroma rows of half the width, with an eighth of a level added in place of a half. dstStep has a step for each plane.
+ * Sizes from 2 x 1. Of an odd width the BGR forms write the last pixel's luma and no chroma; zimiRGBToYCbCr422_8u_C3P3R
+ * leaves it alone and returns zimWarnOddSize. Null planes are found before the size is tested.
  * @{ */
 ZimResult zimiRGBToYCbCr422_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
                                      ZimiSize roiSize);
@@ -525,9 +549,9 @@ ZimResult zimiBGRToYCbCr422_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* 
 
 /** \name BGR to planes of 4:1:1, BT.601 in studio range
  *
- * Chroma rows of a quarter of the width, rounded by an eighth of a level. dstStep has a step for each plane. Sizes from
- * 4 x 1; of a width that is no multiple of 4 the last pixels are left alone, and the result is zimWarnOddSize. Null
- * planes are found before the size is tested.
+ * Chroma rows of a quarter of the width, with an eighth of a level added in place of a half. dstStep has a step for
+ * each plane. Sizes from 4 x 1; of a width that is no multiple of 4 the last pixels are left alone, and the result is
+ * zimWarnOddSize. Null planes are found before the size is tested.
  * @{ */
 ZimResult zimiBGRToYCbCr411_8u_C3P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3], const Zim32s dstStep[3],
                                      ZimiSize roiSize);
@@ -537,9 +561,9 @@ ZimResult zimiBGRToYCbCr411_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* 
 
 /** \name RGB and BGR to planes of 4:2:0, studio range
  *
- * Chroma of half the width and half the height, rounded by an eighth of a level; BT.601, with 709CSC BT.709. In
- * YCrCb420 plane 1 is Cr. dstStep has a step for each plane; in zimiRGBToYCrCb420_8u_AC4P3R alone plane 1 advances by
- * dstStep[2] and plane 2 by dstStep[1]. P2 has pairs of Cb and Cr in its second plane. Sizes from 2 x 2,
+ * Chroma of half the width and half the height, with an eighth of a level added in place of a half; BT.601, with 709CSC
+ * BT.709. In YCrCb420 plane 1 is Cr. dstStep has a step for each plane; in zimiRGBToYCrCb420_8u_AC4P3R alone plane 1
+ * advances by dstStep[2] and plane 2 by dstStep[1]. P2 has pairs of Cb and Cr in its second plane. Sizes from 2 x 2,
  * zimiRGBToYCbCr420_8u_C3P3R from 1 x 1. An odd last column or row is left alone, and the result is zimWarnOddSize.
  * Null planes are found before the size is tested, in zimiRGBToYCbCr420_8u_C3P3R after.
  * @{ */
@@ -617,10 +641,10 @@ ZimResult zimiRGBToYUV420_8u_P3(const Zim8u* const pSrc[3], Zim8u* const pDst[3]
  *
  * A word holds B in its low bits, then G, then R: 5 bits each (555; the highest bit is not used) or 5, 6 and 5 (565).
  * They expand to 8 bits by zeros below, so that white is (248, 248, 248) or (248, 252, 248). Steps are exact bytes;
- * words need not be aligned. Chroma is rounded by an eighth of a level. 422 from 2 x 1: the last pixel of an odd width
- * writes its luma and, in C2, its own Cb. 411 from 4 x 1: the last pixels of a width that is no multiple of 4 are left
- * alone, and the result is zimWarnOddSize. 420 from 2 x 2: an odd last column or row has its luma and no chroma. Null
- * planes are found before the size is tested.
+ * words need not be aligned. In chroma an eighth of a level is added in place of a half. 422 from 2 x 1: the last pixel
+ * of an odd width writes its luma and, in C2, its own Cb. 411 from 4 x 1: the last pixels of a width that is no
+ * multiple of 4 are left alone, and the result is zimWarnOddSize. 420 from 2 x 2: an odd last column or row has its
+ * luma and no chroma. Null planes are found before the size is tested.
  * @{ */
 ZimResult zimiBGR555ToYCbCr422_16u8u_C3C2R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
                                            ZimiSize roiSize);
@@ -669,8 +693,10 @@ ZimResult zimiBGR565ToBGR_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* p
 ZimResult zimiRGB565ToRGB_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- Decoders of shared chroma ----------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup decoders Decoders of shared chroma
+ * @{ */
 
 /** \name Packed 4:2:2 to RGB and BGR
  *
@@ -771,8 +797,10 @@ ZimResult zimiYCbCr411ToBGR_8u_P3C4R(const Zim8u* const pSrc[3], const Zim32s sr
                                      ZimiSize roiSize, Zim8u aval);
 /** @} */
 
-/* ---- Packed 16-bit pixels ---------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup packed Packed 16-bit pixels
+ * @{ */
 
 /** \name RGB and BGR to packed 16-bit pixels
  *
@@ -987,8 +1015,10 @@ ZimResult zimiYUV420ToRGB565Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const
                                                Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- YCoCg ----------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup ycocg YCoCg
+ * @{ */
 
 /** \name RGB and BGR to YCoCg
  *
@@ -1073,7 +1103,9 @@ ZimResult zimiYCoCgToSBGR_Rev_32s16s_P3C4R(const Zim32s* const pSrc[3], Zim32s s
                                            ZimiSize roiSize, Zim16s aval);
 /** @} */
 
-/* ---- Chroma layouts -------------------------------------------------------------------------------------------------
+/** @} */
+
+/** \defgroup layouts Chroma layouts
  *
  * Luma-chroma images of 8-bit samples between layouts and sub-samplings, without a change of colour model.
  *
@@ -1084,7 +1116,7 @@ ZimResult zimiYCoCgToSBGR_Rev_32s16s_P3C4R(const Zim32s* const pSrc[3], Zim32s s
  *
  * Null pointers, planes and arrays of steps give zimResultNullPointer; pointers are tested before the size unless a
  * declaration says otherwise. Steps are not tested. Luma is copied as it stands where nothing is said of it.
- */
+ * @{ */
 
 /** \name Layout and order alone
  *
@@ -1268,13 +1300,14 @@ ZimResult zimiYCbCr420To411_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcS
  * How the sums round is particular to each row. With Y1 = min(((Y[r-1] + 2 Y[r] + Y[r+1]) >> 2) + 1, 255), Y0 without
  * the 1, edges with the row itself in place of the one beyond; C1 = min(((C[m] + C[m+1]) >> 1) + 1, 255), C0 without
  * the 1, m = r / 2:
- *   - zimiYCbCr420ToYCbCr422_Filter_8u_P2C2R: Y1 and C1, but Y0 in row 1 of a top slice and in the last two rows of a
- *     bottom slice, and C0 in the inner rows of a whole image and in the last two rows of a bottom slice; the last two
- *     rows have the chroma of the last pair of rows. A whole image of two rows has the chroma of its one row.
- *   - zimiYCbCr420ToYCrCb420_Filter_8u_P2P3R: Y1 and C1 in a whole image, Y0 and C0 in slices; the last row has the
- * chroma of the one above it. A whole image of two rows keeps its chroma. The first byte of each pair goes to plane 1.
- * In center, bottom and whole, plane 1 advances by the step of plane 2 and plane 2 by that of plane 1. Null planes are
- *     found after a size below 1 x 1 and before one below 2 x 2. A top slice of height 2 writes nothing.
+ *
+ * - zimiYCbCr420ToYCbCr422_Filter_8u_P2C2R: Y1 and C1, but Y0 in row 1 of a top slice and in the last two rows of a
+ *   bottom slice, and C0 in the inner rows of a whole image and in the last two rows of a bottom slice; the last two
+ *   rows have the chroma of the last pair of rows. A whole image of two rows has the chroma of its one row.
+ * - zimiYCbCr420ToYCrCb420_Filter_8u_P2P3R: Y1 and C1 in a whole image, Y0 and C0 in slices; the last row has the
+ *   chroma of the one above it. A whole image of two rows keeps its chroma. The first byte of each pair goes to
+ * plane 1. In center, bottom and whole, plane 1 advances by the step of plane 2 and plane 2 by that of plane 1. Null
+ * planes are found after a size below 1 x 1 and before one below 2 x 2. A top slice of height 2 writes nothing.
  *
  * Sizes from 2 x 2; an odd last column or row is left out.
  * @{ */
@@ -1341,8 +1374,10 @@ ZimResult zimiYCbCr420ToCbYCr422_Interlace_8u_P3C2R(const Zim8u* const pSrc[3], 
                                                     Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- Colour twist --------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup twist Colour twist
+ * @{ */
 
 /** \name Affine map of the three samples of a pixel
  *
@@ -1412,8 +1447,10 @@ ZimResult zimiColorTwist_32f_IP3R(Zim32f* const pSrcDst[3], Zim32s srcDstStep, Z
 ZimResult zimiColorTwist_32f_C4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
                                  const Zim32f twist[4][4]);
 
-/* ---- Gamma ---------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup gamma Gamma
+ * @{ */
 
 /** \name BT.709 transfer curve of integer samples
  *
@@ -1480,8 +1517,10 @@ ZimResult zimiGammaInv_32f_IP3R(Zim32f* const pSrcDst[3], Zim32s srcDstStep, Zim
                                 Zim32f vMax);
 /** @} */
 
-/* ---- Tone mapping --------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup tone_mapping Tone mapping
+ * @{ */
 
 /** \name High-range gray to 8 bits by one scale for the whole image
  *
@@ -1495,23 +1534,26 @@ ZimResult zimiToneMapLinear_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u*
 ZimResult zimiToneMapMean_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 /** @} */
 
-/* ---- Bit depth ------------------------------------------------------------------------------------------------------
- */
+/** @} */
+
+/** \defgroup bit_depth Bit depth
+ * @{ */
 
 /** \name Fewer levels, with or without dither
  *
  * Snaps every sample to one of `levels` equally spaced values of the source's range, black and white among them, and
- * stores it in the destination's type. 32f sources range from 0 to 1. 16-bit sources give 8-bit destinations the high
- * byte of their level; 8u stores level n as n times a step of 1/256 units, which may end at 254.
+ * stores it in the destination's type. 32f sources range from 0 to 1. With dither, 16-bit sources give 8-bit
+ * destinations the high byte of their level, and 8u stores level n as n times a step of 1/256 units, which may end at
+ * 254. dither chooses between the two levels beside a sample:
  *
- * dither chooses between the two levels beside a sample:
- *   zimDitherKindNone             the nearer one.
- *   zimDitherKindBayer            the upper one where the sample is above the lower by more than a threshold of its
- *                                 column and row. Float results outside the destination's range keep their low bits.
- *   zimDitherKindFloydSteinberg,  by half a level, after the errors of neighbours to the left and above have been
- *   ...JarvisJudiceNinke,         added. Samples that errors take to white or black pass nothing on.
- *   ...Stucki
- *   any other value               nothing is done, and the result is zimResultOk.
+ * - zimDitherKindNone: the nearer one.
+ * - zimDitherKindBayer: the upper one where the sample is above the lower by more than a threshold of its column and
+ *   row. Float results outside the destination's range keep their low bits, as do bytes of bytes that noise lifts above
+ *   white.
+ * - zimDitherKindFloydSteinberg, zimDitherKindJarvisJudiceNinke, zimDitherKindStucki: by half a level, after the errors
+ *   of neighbours to the left and above have been added. Samples that errors take to white or black pass nothing on.
+ * - any other value: nothing is done, and the result is zimResultOk.
+ *
  * noise, in percent, adds up to so much of a level to the thresholds, at random but in every call alike;
  * zimDitherKindNone ignores it.
  *
@@ -1609,13 +1651,15 @@ ZimResult zimiReduceBits_8u1u_C1R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst
                                   ZimiSize roiSize, Zim32s unread1, Zim32s unread2, ZimDitherKind dither,
                                   Zim8u threshold);
 
-/* ---- Demosaicing ---------------------------------------------------------------------------------------------------
+/** @} */
+
+/** \defgroup demosaicing Demosaicing
  *
  * RGB from the raw image of a sensor behind a Bayer colour filter array, one sample a pixel. These operations see the
  * whole source image, so that a region of it has its neighbours: pSrc is the image's pixel (0, 0), srcSize its size,
  * and srcRoi the region to be converted, whose first pixel goes to pDst. A region that reaches beyond the right or the
  * lower edge ends there; one with nothing left writes nothing, which is a success.
- */
+ * @{ */
 
 /** \name By averages of neighbours
  *
@@ -1646,6 +1690,8 @@ ZimResult zimiDemosaicAHD_8u_C1C3R(const Zim8u* pSrc, ZimiRegion srcRoi, ZimiSiz
                                    Zim32s dstStep, ZimBayerGrid grid, Zim8u* pBuf, Zim32s bufStep);
 ZimResult zimiDemosaicAHD_16u_C1C3R(const Zim16u* pSrc, ZimiRegion srcRoi, ZimiSize srcSize, Zim32s srcStep,
                                     Zim16u* pDst, Zim32s dstStep, ZimBayerGrid grid, Zim16u* pBuf, Zim32s bufStep);
+/** @} */
+
 /** @} */
 
 #ifdef __cplusplus

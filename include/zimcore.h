@@ -1,4 +1,5 @@
-/* zimcore: memory and thread count, the two services that zimcc imports. A program may define zimMalloc, zimFree and
+/** \file
+ * zimcore: memory and thread count, the two services that zimcc imports. A program may define zimMalloc, zimFree and
  * ownGetNumThreads itself; its definitions then take the place of these. */
 #ifndef ZIMCORE_H
 #define ZIMCORE_H

@@ -47,7 +47,7 @@ constexpr Matrix kFromXyz = {{{3.240479F, -1.53715F, -0.498535F},  //
 template <const Matrix& matrix, int N>
 ZIM_INLINE Pixels<Zim32f, N, 3> product(const Pixels<Zim32f, N, 3>& in) {
   return perChannel<3>([&](auto k) ZIM_LAMBDA {
-    constexpr auto& m = matrix.rows[k];
+    constexpr const auto& m = matrix.rows[k];
     return (in[0] * m[0] + in[1] * m[1]) + in[2] * m[2];
   });
 }
@@ -82,7 +82,7 @@ struct Words {
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& in) const {
     return perChannel<3>([&](auto k) ZIM_LAMBDA {
-      constexpr auto& m = matrix.rows[k];
+      constexpr const auto& m = matrix.rows[k];
       return truncate(((in[0] * m[0] + 0.5F) + in[1] * m[1]) + in[2] * m[2]);
     });
   }
@@ -99,7 +99,7 @@ struct FromXyz16u {
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32s, N, 3>& xyz) const {
     const auto in = perChannel<3>([&](auto c) ZIM_LAMBDA { return toFloat(xyz[c]); });
     const auto [r, g, unused] = Words<kFromXyz>()(in);
-    constexpr auto& m = kFromXyz.rows[2];
+    constexpr const auto& m = kFromXyz.rows[2];
     const auto t = in[0] * m[0] + in[1] * m[1];
     return {r, g, truncate((widen(t) + 0.5) + widen(xyz[2]) * 1.057311)};
   }

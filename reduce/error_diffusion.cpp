@@ -66,7 +66,7 @@ struct Rule {
 
   Errors errors;
   Zim32f step, scale, black, white, middle;
-  Zim32f storedStep, storedWhite;
+  Zim32f storedWhite;
 
   Rule(const Diffusion& d, const Errors& errorsOf)
       : errors(errorsOf),
@@ -75,7 +75,6 @@ struct Rule {
         black(d.black),
         white(d.white),
         middle(d.levels.step * 0.5F),
-        storedStep(d.stored.step),
         storedWhite(d.stored.white) {}
 
   template <int N, class Near>
@@ -85,14 +84,11 @@ struct Rule {
     const auto masked = [](Lane<Zim32s, N> mask, Lanes a)
                             ZIM_LAMBDA { return bitsAs<Zim32f>(mask & bitsAs<Zim32s>(a)); };
     const Lanes u = value + errors(near);
-    const Lanes n = toFloat(truncate(u * scale));
-    const Lanes lower = n * step, upper = lower + step;
-    const Lanes aboveLower = u - lower;
-    const auto takesUpper = aboveLower > (withNoise ? threshold : Lanes(middle));
+    const Lanes lower = toFloat(truncate(u * scale)) * step;
+    const auto takesUpper = u - lower > (withNoise ? threshold : Lanes(middle));
+    const Lanes taken = lower + masked(takesUpper, Lanes(step));
     const auto isWhite = u >= Lanes(white), isBlack = u < Lanes(black);
-    const Lanes error = select(takesUpper, u - upper, aboveLower);
-    const Lanes result = n * storedStep + masked(takesUpper, Lanes(storedStep));
-    return {masked(~(isWhite | isBlack), error), masked(~isBlack, select(isWhite, Lanes(storedWhite), result))};
+    return {masked(~(isWhite | isBlack), u - taken), masked(~isBlack, select(isWhite, Lanes(storedWhite), taken))};
   }
 };
 
@@ -105,6 +101,10 @@ struct ChannelImage {
   std::ptrdiff_t channel;
   Zim32s y;
 
+  ZIM_INLINE void expect(int row, std::ptrdiff_t x, std::ptrdiff_t count) const {
+    fetch(at(d.source, row, x), (count - 1) * d.source.pixelBytes);
+    fetch(at(d.destination, row, x), (count - 1) * d.destination.pixelBytes);
+  }
   void read(int row, std::ptrdiff_t x, std::ptrdiff_t count, Zim32f* to) const {
     d.read(at(d.source, row, x), count, d.size.width - x - count, to);
   }

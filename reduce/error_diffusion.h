@@ -7,10 +7,11 @@
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
 
-// Results of the diffusion, as samples: trunc(result * scale + rounding) >> shift, of which the low bits are stored.
+// Results of the diffusion, as samples: trunc(result * scale + rounding) >> shift, of which the low bits are stored:
+// noise may lift a value just below white to the level above it.
 struct StoredLevels {
-  Zim32f step, white;  // the results of level 1 and of white; those of the other levels are multiples, and black is 0
-  Zim32f scale, rounding = 0.0F;
+  Zim32f white;  // the result of white; that of black is 0
+  Zim32f scale, rounding = 0.5F;
   int shift = 0;
 };
 
@@ -70,10 +71,16 @@ void writeChannel(const Zim32f* from, std::ptrdiff_t count, const StoredLevels& 
     if constexpr (Stride == 1) {
       store<T, block, 1>(to + x * pixelBytes, {samples});
     } else {
-      alignas(kRegisterBytes) std::byte apart[kRegisterBytes];
-      store<T, block, 1>(apart, {samples});
-      forChannels<block>([&](auto i) ZIM_LAMBDA {
-        std::memcpy(to + (x + std::ptrdiff_t{i}) * pixelBytes, apart + i * sizeof(T), sizeof(T));
+      // Without an extraction of bytes, words of them are taken apart by shifts.
+      using Word = std::conditional_t<kHalves == 1 && sizeof(T) == 1, std::uint64_t, T>;
+      alignas(kRegisterBytes) std::array<Word, kRegisterBytes / sizeof(Word)> words;
+      store<T, block, 1>(reinterpret_cast<std::byte*>(words.data()), {samples});
+      constexpr std::size_t perWord = sizeof(Word) / sizeof(T);
+      forChannels<words.size()>([&](auto w) ZIM_LAMBDA {
+        forChannels<perWord>([&](auto i) ZIM_LAMBDA {
+          const auto word = static_cast<Word>(words[w] >> (i * 8 * sizeof(T)));
+          std::memcpy(to + (x + static_cast<std::ptrdiff_t>(w * perWord + i)) * pixelBytes, &word, sizeof(T));
+        });
       });
     }
   }

@@ -148,6 +148,9 @@ struct BitImage {
   const Call& call;
   Zim32s y;
 
+  ZIM_INLINE void expect(int row, std::ptrdiff_t x, std::ptrdiff_t count) const {
+    fetch(call.source(y + row) + x, count - 1);
+  }
   void read(int row, std::ptrdiff_t x, std::ptrdiff_t count, Zim32s* to) const {
     constexpr int block = kLanes<Zim8u>;
     const std::byte* from = call.source(y + row) + x;
@@ -159,7 +162,7 @@ struct BitImage {
     for (; i < count; ++i) to[i] = std::to_integer<Zim32s>(from[i]) << 13;
   }
   void write(int row, std::ptrdiff_t x, std::ptrdiff_t count, const Zim32s* from) const {
-    constexpr int most = 32;
+    constexpr int most = 64;
     Zim32s few[most] = {};
     if (count < most) from = std::copy_n(from, count, few) - count;
     const Bits bits = bitsOf<most>([&](std::ptrdiff_t i) ZIM_LAMBDA {

@@ -227,15 +227,13 @@ ZimResult toDiffused(const Conversion<Source, Destination>& call, Zim32f count, 
   constexpr bool isFloat = std::is_same_v<From, Zim32f>, isBytes = std::is_same_v<From, Zim8u>;
   constexpr auto white = static_cast<Zim32f>(kWhite<From>);
   const Levels levels = Levels::of<From>(count);
-  // Bytes of bytes are (index * byteStep) >> 8; the others are levels, floats scaled, of which 8 bits of 16 may be
-  // kept.
-  const StoredLevels stored =
-      isBytes ? StoredLevels{.step = static_cast<Zim32f>(byteStep(count)), .white = 65280.0F, .scale = 0x1p-8F}
-              : StoredLevels{.step = levels.step,
-                             .white = white,
-                             .scale = isFloat ? static_cast<Zim32f>(kWhite<To>) : 1.0F,
-                             .rounding = 0.5F,
-                             .shift = !isFloat && sizeof(To) == 1 ? 8 : 0};
+  // From bytes to bytes a level is known by its index, and the sample is (index * byteStep) >> 8. Before the shift it
+  // is a multiple of 1 / 256, by half of which rounding errors cannot carry it.
+  const Zim32f bytes = static_cast<Zim32f>(byteStep(count)) * levels.scale * 0x1p-8F;
+  const StoredLevels stored = isBytes ? StoredLevels{.white = 255.5F / bytes, .scale = bytes, .rounding = 0x1p-9F}
+                                      : StoredLevels{.white = white,
+                                                     .scale = isFloat ? static_cast<Zim32f>(kWhite<To>) : 1.0F,
+                                                     .shift = !isFloat && sizeof(To) == 1 ? 8 : 0};
   return diffuse({.size = call.roiSize,
                   .channels = static_cast<int>(Source::channels),
                   .source = {.first = Source::start(call.pSrc).plane[0],

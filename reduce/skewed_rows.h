@@ -18,13 +18,23 @@ struct Outcome {
   Lanes error, result;
 };
 
+// Brings memory from the first byte to one so far behind into the cache, but not yet into the first level: so many rows
+// at once are more streams than a processor foresees. (Inline with all that leads here: calls without other effects are
+// left out by compilers.)
+ZIM_INLINE void fetch(const std::byte* first, std::ptrdiff_t last) {
+  constexpr std::ptrdiff_t line = 64;
+  for (std::ptrdiff_t i = 0; i < last; i += line) __builtin_prefetch(first + i, 0, 2);
+  if (last >= 0) __builtin_prefetch(first + last, 0, 2);
+}
+
 // The rule of a diffusion has
 //     using Element = ...;                 type of samples, thresholds, errors and results, of 4 bytes
 //     static constexpr int depth = ...;    how far errors reach: so many rows down, so many columns to either side
 //     static constexpr bool usesThresholds = ...;
 //     static constexpr Element outside = ...;   a sample whose error is zero, whatever errors reach it
 //     Outcome<Lanes> operator()(Lanes sample, Lanes threshold, const Near& near) const;
-// near(up, x) is the error of the pixel so many rows up and x columns on.
+// for all rows at once, so that the chains of all registers advance side by side. near(up, x) is the error of the pixel
+// so many rows up and x columns on.
 template <class Rule>
 class SkewedRows {
  public:
@@ -40,30 +50,38 @@ class SkewedRows {
   SkewedRows(const Rule& rule, Zim32s width, const ErrorRows& above) : rule_(rule), width_(width), above_(above) {}
 
   // Takes so many rows, at most `rows`, and leaves the errors of the last ones for the rows below. Columns from x on:
+  //     image.expect(row, x, count);    these are next
   //     image.read(row, x, count, Element* samples); image.readThresholds(row, x, count, Element* thresholds);
   //     image.write(row, x, count, const Element* results);
   template <class Image>
   void run(int count, const Image& image) {
     const Rule rule = rule_;  // stores of errors cannot alias it
-    for (auto& row : samples_) std::ranges::fill(row, Rule::outside);
+    for (auto& row : values_) std::ranges::fill(row, Rule::outside);
     startHistory();
     const std::ptrdiff_t allSteps = width_ + std::ptrdiff_t{skew} * (count - 1);
     for (std::ptrdiff_t t = 0; t < allSteps; t += steps) {
       for (int row = 0; row < count; ++row) {
         const Span span = columnsOf(row, t);
-        std::fill_n(samples_[row], span.first, Rule::outside);
-        std::fill(samples_[row] + span.first + span.count, samples_[row] + steps, Rule::outside);
-        image.read(row, span.x, span.count, samples_[row] + span.first);
+        std::fill_n(values_[row], span.first, Rule::outside);
+        std::fill(values_[row] + span.first + span.count, values_[row] + steps, Rule::outside);
+        image.read(row, span.x, span.count, values_[row] + span.first);
         if constexpr (Rule::usesThresholds) {
           image.readThresholds(row, span.x, span.count, thresholds_[row] + span.first);
         }
       }
-      for (int up = 1; up <= depth; ++up) readErrors(up, t, incoming_[up - 1], steps);
+      for (int up = 1; up <= depth; ++up) readErrors(up, t, incoming_[up - 1]);
       const auto stepsLeft = std::min<std::ptrdiff_t>(steps, allSteps - t);
-      for (int i = 0; i < stepsLeft; i += 4) fourSteps(rule, i);
+      for (int i = 0; i < stepsLeft; i += 4) {
+        constexpr int rowsFor4 = 4 * rows / steps;
+        for (int row = i / 4 * rowsFor4; row < std::min(count, (i / 4 + 1) * rowsFor4); ++row) {
+          const Span next = columnsOf(row, t + steps);
+          image.expect(row, next.x, next.count);
+        }
+        fourSteps(rule, i);
+      }
       for (int row = 0; row < count; ++row) {
         const Span span = columnsOf(row, t);
-        image.write(row, span.x, span.count, results_[row] + span.first);
+        image.write(row, span.x, span.count, values_[row] + span.first);
       }
       leaveErrors(count, t);
       for (int i = 0; i < behind; ++i) history_[i] = history_[steps + i];
@@ -72,8 +90,10 @@ class SkewedRows {
 
  private:
   using Lanes = Lane<Element, lanes>;
-  static constexpr int skew = depth + 1;
-  static constexpr int steps = 32;  // between two exchanges with memory
+  using AllLanes = Lane<Element, rows>;
+  // One column more than Floyd and Steinberg need: the row above is not waited for then.
+  static constexpr int skew = 3;
+  static constexpr int steps = 64;  // between two exchanges with memory
   // Steps since the farthest error that still counts: depth rows up and depth columns back.
   static constexpr int behind = depth * skew + depth;
   // Errors of one step: of the rows above the first register, farthest first, then of the registers.
@@ -83,26 +103,25 @@ class SkewedRows {
   struct Span {
     std::ptrdiff_t x, first, count;
   };
-  Span columnsOf(int row, std::ptrdiff_t t) const {
+  Span columnsOf(int row, std::ptrdiff_t t, int count = steps) const {
     const std::ptrdiff_t x = t - skew * row, width = width_;
     const std::ptrdiff_t begin = std::clamp<std::ptrdiff_t>(x, 0, width);
-    const std::ptrdiff_t end = std::clamp<std::ptrdiff_t>(x + steps, 0, width);
-    return {begin, std::clamp<std::ptrdiff_t>(begin - x, 0, steps), end - begin};
+    const std::ptrdiff_t end = std::clamp<std::ptrdiff_t>(x + count, 0, width);
+    return {begin, std::clamp<std::ptrdiff_t>(begin - x, 0, count), end - begin};
   }
 
   // Errors of a row above for the steps from t on, zero beside the image.
-  void readErrors(int up, std::ptrdiff_t t, Element* to, int count) const {
-    const Element* row = above_[static_cast<std::size_t>(up - 1)];
-    for (int i = 0; i < count; ++i) {
-      const std::ptrdiff_t x = t + i + up * skew;
-      to[i] = x >= 0 && x < width_ ? row[x] : Element{0};
-    }
+  template <int count>
+  void readErrors(int up, std::ptrdiff_t t, Element (&to)[count]) const {
+    const Span span = columnsOf(-up, t, count);
+    std::ranges::fill(to, Element{0});
+    std::copy_n(above_[static_cast<std::size_t>(up - 1)] + span.x, span.count, to + span.first);
   }
 
   // Before the first step there is nothing but the rows above.
   void startHistory() {
     Element errors[depth][behind];
-    for (int up = 1; up <= depth; ++up) readErrors(up, -behind, errors[up - 1], behind);
+    for (int up = 1; up <= depth; ++up) readErrors(up, -behind, errors[up - 1]);
     for (int i = 0; i < behind; ++i) {
       std::ranges::fill(history_[i], Lanes(0));
       for (int up = 1; up <= depth; ++up) {
@@ -111,36 +130,49 @@ class SkewedRows {
     }
   }
 
-  ZIM_INLINE void fourSteps(const Rule& rule, int i) {
-    using FourRows = std::array<Lanes, 4>;
-    const auto load4 = [&](const Element(&from)[rows][steps], auto g) ZIM_LAMBDA {
+  ZIM_INLINE static AllLanes join(const Lanes* r) {
+    using Two = Lane<Element, 2 * lanes>;
+    return AllLanes::join(Two::join(r[0], r[1]), Two::join(r[2], r[3]));
+  }
+  ZIM_INLINE static std::array<Lanes, registers> apart(const AllLanes& all) {
+    return {all.v.lo.v.lo, all.v.lo.v.hi, all.v.hi.v.lo, all.v.hi.v.hi};
+  }
+
+  // Four columns of all rows, one after another.
+  ZIM_INLINE static std::array<AllLanes, 4> loadColumns(const Element (&from)[rows][steps], int i) {
+    const auto columns = perChannel<registers>([&](auto g) ZIM_LAMBDA {
       return transpose<Element, lanes>(perChannel<4>([&](auto k) ZIM_LAMBDA {
         return load<Element, lanes, 1>(reinterpret_cast<const std::byte*>(&from[registers * k + g][i]), halfStride)[0];
       }));
-    };
-    std::array<FourRows, registers> samples, thresholds, results;
-    forChannels<registers>([&](auto g) ZIM_LAMBDA {
-      samples[g] = load4(samples_, g);
-      if constexpr (Rule::usesThresholds) thresholds[g] = load4(thresholds_, g);
     });
+    return perChannel<4>([&](auto k) ZIM_LAMBDA {
+      const std::array<Lanes, registers> column =
+          perChannel<registers>([&](auto g) ZIM_LAMBDA { return columns[g][k]; });
+      return join(column.data());
+    });
+  }
+
+  ZIM_INLINE void fourSteps(const Rule& rule, int i) {
+    const auto samples = loadColumns(values_, i);
+    std::array<AllLanes, 4> thresholds;
+    if constexpr (Rule::usesThresholds) thresholds = loadColumns(thresholds_, i);
+    std::array<std::array<Lanes, registers>, 4> results;
     forChannels<4>([&](auto k) ZIM_LAMBDA {
       Step* const now = &history_[behind + i + static_cast<int>(k)];
-      forChannels<registers>([&](auto g) ZIM_LAMBDA {
-        constexpr std::size_t own = depth + g;
-        const auto near = [now](int up, int x)
-                              ZIM_LAMBDA { return now[x - up * skew][own - static_cast<std::size_t>(up)]; };
-        const auto outcome = rule(samples[g][k], Rule::usesThresholds ? thresholds[g][k] : Lanes(0), near);
-        (*now)[own] = outcome.error;
-        results[g][k] = outcome.result;
-      });
+      const auto near = [now](int up, int x)
+                            ZIM_LAMBDA { return join(&now[x - up * skew][static_cast<std::size_t>(depth - up)]); };
+      const auto outcome = rule(samples[k], Rule::usesThresholds ? thresholds[k] : AllLanes(0), near);
+      const auto errors = apart(outcome.error);
+      forChannels<registers>([&](auto g) ZIM_LAMBDA { (*now)[depth + g] = errors[g]; });
+      results[k] = apart(outcome.result);
       forChannels<depth>([&](auto j) ZIM_LAMBDA {
         (*now)[j] = shiftedUp((*now)[registers + j], &incoming_[depth - 1 - j][i + static_cast<int>(k)]);
       });
     });
     forChannels<registers>([&](auto g) ZIM_LAMBDA {
-      const auto columns = transpose<Element, lanes>(results[g]);
+      const auto columns = transpose<Element, lanes>(perChannel<4>([&](auto k) ZIM_LAMBDA { return results[k][g]; }));
       forChannels<4>([&](auto k) ZIM_LAMBDA {
-        store<Element, lanes, 1>(reinterpret_cast<std::byte*>(&results_[registers * k + g][i]), {columns[k]},
+        store<Element, lanes, 1>(reinterpret_cast<std::byte*>(&values_[registers * k + g][i]), {columns[k]},
                                  halfStride);
       });
     });
@@ -170,7 +202,8 @@ class SkewedRows {
   Zim32s width_;
   ErrorRows above_;
   Step history_[behind + steps];
-  Element samples_[rows][steps], thresholds_[rows][steps] = {}, results_[rows][steps];
+  Element values_[rows][steps];  // samples, then their results
+  Element thresholds_[Rule::usesThresholds ? rows : 1][steps] = {};
   Element incoming_[depth][steps];
 };
 

@@ -5,8 +5,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
 jobs=$(nproc)
 
 buildPackages=(
-  git g++ cmake ninja-build pkg-config
-  libpng-dev libffi-dev                                      # command-line tool
+  git g++ cmake ninja-build pkg-config ccache
+  libpng-dev libffi-dev nlohmann-json3-dev                   # command-line tool
   libgtest-dev                                               # tests
   libbenchmark-dev                                           # benchmarks,
   libyuv-dev libswscale-dev libavutil-dev libzimg-dev        # and the peers that they compare with
@@ -32,6 +32,11 @@ need() {
 build() {
   local preset=$1
   shift
+  # Several presets, and the check of the installed library, compile the same files with the same flags.
+  if command -v ccache >/dev/null; then
+    export CMAKE_C_COMPILER_LAUNCHER=${CMAKE_C_COMPILER_LAUNCHER-ccache}
+    export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+  fi
   say "building preset $preset"
   cmake --preset "$preset" --log-level=NOTICE
   cmake --build --preset "$preset" -j "$jobs" ${1:+--target "$@"} -- --quiet

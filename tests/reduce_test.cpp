@@ -345,7 +345,7 @@ TEST(ReduceBits, SizesAsModelled) {
   const Form<Zim32f, Zim16s> rgba = {zimiReduceBits_32f16s_C4R, Layout::c4};
   for (const ZimDitherKind dither : kAllKinds) {
     for (const Zim32s noise : {0, 60}) {
-      for (const int width : {1, 2, 3, 4, 5, 6, 7, 15, 16, 17, 31, 32, 33, 63, 64, 65, 100}) {
+      for (const int width : {1, 2, 3, 4, 5, 6, 7, 15, 16, 17, 31, 32, 33, 63, 64, 65, 100, 127, 130}) {
         for (const int height : {1, 2, 3, 5, 15, 16, 17, 31, 32, 33, 34, 65}) {
           expectAsModelled(gray, {width, height}, {noise, dither, 5});
           expectAsModelled(rgb, {width, height}, {noise, dither, 7});
@@ -369,6 +369,33 @@ TEST(ReduceBits, EveryTeamAsModelled) {
     });
   }
   teamSize = 1;
+}
+
+// From bytes to bytes the samples of diffused levels come from the levels themselves.
+TEST(ReduceBits, BytesDiffusedToEveryCountOfLevels) {
+  for (Zim32s levels = 2; levels <= 256; ++levels) {
+    for (const Zim32s noise : {0, 100}) {
+      expectAsModelled<Zim8u, Zim8u>({zimiReduceBits_8u_C1R, Layout::c1}, {512, 5},
+                                     {noise, zimDitherKindFloydSteinberg, levels});
+    }
+  }
+}
+
+// Thresholds below zero may lift a value just below white beyond white, of which the low bits are stored.
+TEST(ReduceBits, NoiseBeyondWhite) {
+  const Form<Zim8u, Zim8u> form = {zimiReduceBits_8u_C1R, Layout::c1};
+  const ZimiSize size = {64, 2000};
+  std::mt19937 random(1);
+  std::vector<Zim8u> source(std::size_t{64} * 2000), destination(source.size());
+  for (Zim8u& sample : source) sample = random() % 2 == 0 ? 0 : 255;
+  for (const ZimDitherKind dither : {zimDitherKindJarvisJudiceNinke, zimDitherKindStucki}) {
+    for (const Zim32s levels : {9, 176}) {
+      const Settings settings = {100, dither, levels};
+      ASSERT_EQ(form.function(source.data(), 64, destination.data(), 64, size, settings.noise, dither, levels),
+                zimResultOk);
+      EXPECT_TRUE(destination == modelled(form, source, destination, size, settings)) << dither << ", " << levels;
+    }
+  }
 }
 
 // Without dither integers take shortcuts.

@@ -4,6 +4,7 @@
 set -uo pipefail
 
 zimcc=$(realpath "$1")
+sources=$(realpath "$(dirname "$0")/..")
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 cd "$folder" || exit 1
@@ -118,11 +119,31 @@ done
 [[ $("$zimcc" list 'zimiRGBToGray_8u_*' | cut -d ' ' -f 1) == zimiRGBToGray_8u_AC4C1R$'\n'zimiRGBToGray_8u_C3C1R ]] ||
   fail "list with a pattern"
 "$zimcc" version | grep -Eq '^target +(mx|v3)$' || fail "version"
+"$zimcc" --version | cmp -s - <("$zimcc" version) || fail "--version"
 "$zimcc" --help | grep -q '^usage' || fail "help"
+commands=$("$zimcc" complete '')
+[[ $commands == *describe*run*bench* ]] || fail "complete: $commands"
+for command in $commands; do
+  [[ $("$zimcc" "$command" --help) == "usage: zimcc $command"*$'\n\n'* ]] || fail "$command --help"
+  [[ $("$zimcc" --help) == *"  $command "* ]] || fail "help does not name $command"
+  grep -q "^\.It Cm $command" "$sources/man/zimcc.1" || fail "the manual does not name $command"
+done
+"$zimcc" bench 'zimi*HSV_16u_C3R' --size 64x48 | tail -1 | grep -q '^1 conversion' || fail "bench with a pattern"
 "$zimcc" bench zimiRGBToGray_8u_C3C1R --size 64x48 | grep -Eq 'median +[0-9.]+ +[0-9.]+ +[0-9.]+' || fail "bench"
 
 "$zimcc" demo sheet/new >/dev/null || fail "demo"
 [[ $(grep -o '<img' sheet/new/index.html | wc -l) == $(find sheet/new -name '*.png' | wc -l) ]] || fail "pictures on the page"
+
+# completes EXPECTED WORD...: the words that may take the place of the last.
+completes() {
+  local found
+  found=$("$zimcc" complete "${@:2}" | tr '\n' ' ')
+  [[ $found == "$1 " ]] || fail "after ${*:2} comes $found"
+}
+completes 'zimiRGBToHSV_16u_AC4R zimiRGBToHSV_16u_C3R' describe RGBToHSV_16u
+completes 'grid=GBRG grid=GRBG' run zimiCFAToRGB_8u_C1C3R in.pgm out.png grid=G
+completes 'size= roi= grid=BGGR grid=RGGB grid=GBRG grid=GRBG' run zimiCFAToRGB_8u_C1C3R in.pgm out.png ''
+[[ -z $("$zimcc" complete run zimiCFAToRGB_8u_C1C3R '') ]] || fail "files are for the shell to complete"
 
 gray=zimiColorToGray_8u_C3C1R
 head -c 60 red.png >cut.png
@@ -130,6 +151,10 @@ head -c 20 red.pfm >cut.pfm
 echo text >text
 refuse 'see zimcc --help'
 refuse 'paint' paint
+refuse 'did you mean bench' bnech
+refuse 'did you mean zimiRGBToHLS_8u_C3R' describe zimirgbtohsl_8u_c3r
+refuse 'see zimcc list ToHLS' describe ToHLS
+refuse 'did you mean twist' run zimiColorTwist32f_8u_C3R red.png new.png twits=1
 refuse 'usage: zimcc run' run $gray red.png
 refuse 'zimiNothing' run zimiNothing red.png new.png
 refuse 'zimiNothing' describe zimiNothing

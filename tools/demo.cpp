@@ -1,7 +1,5 @@
 #include "tools/demo.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -13,9 +11,11 @@
 #include <vector>
 
 #include "tools/demo_page.h"
+#include "tools/describe.h"
 #include "tools/failure.h"
 #include "tools/job.h"
 #include "tools/measure.h"
+#include "tools/progress.h"
 #include "tools/samples.h"
 #include "zimcore.h"
 
@@ -24,10 +24,15 @@ extern "C" const char zimPhoto[], zimPhotoEnd[];
 namespace zim::tool {
 namespace {
 
+struct Group {
+  const char* name;
+  const char* about;
+};
+
 enum class Input { photo, highRange, mosaic };
 
 struct Entry {
-  const char* group;
+  const Group& group;
   const char* exportName;  // empty for the input as it is
   const char* title;
   const char* settings = "";
@@ -35,22 +40,30 @@ struct Entry {
   int zoom = 1;  // shows a part of the result, each pixel so many times as wide and high
 };
 
-constexpr const char* kGray = "Gray";
-constexpr const char* kXyz = "CIE XYZ";
-constexpr const char* kPhotoYcc = "PhotoYCC";
-constexpr const char* kHls = "Hue, lightness, saturation";
-constexpr const char* kHsv = "Hue, saturation, value";
-constexpr const char* kLuvLab = "LUV and Lab";
-constexpr const char* kLumaChroma = "Luma and chroma";
-constexpr const char* kShared = "Shared chroma";
-constexpr const char* kPacked = "Packed 16-bit pixels";
-constexpr const char* kChroma = "Chroma layouts";
-constexpr const char* kYCoCg = "YCoCg";
-constexpr const char* kTwist = "Colour twist";
-constexpr const char* kGamma = "Gamma";
-constexpr const char* kToneMapping = "Tone mapping";
-constexpr const char* kDemosaicing = "Raw sensor demosaicing";
-constexpr const char* kBitDepth = "Bit depth";
+constexpr Group kGray = {"Gray", "Weighted sums of red, green and blue, with the usual weights or any others."};
+constexpr Group kXyz = {"CIE XYZ", "What the standard observer sees of linear light."};
+constexpr Group kPhotoYcc = {
+    "PhotoYCC", "The coding of scanned photographs: luma with room for highlights, and two differences of colour."};
+constexpr Group kHls = {"Hue, lightness, saturation",
+                        "Colours as people describe them: which one, how light, how much of it."};
+constexpr Group kHsv = {"Hue, saturation, value",
+                        "The same with the largest of the three samples in place of lightness."};
+constexpr Group kLuvLab = {"LUV and Lab", "Models in which equal distances look about equally large."};
+constexpr Group kLumaChroma = {"Luma and chroma",
+                               "Brightness apart from colour, as video has it, with chroma for every pixel."};
+constexpr Group kShared = {"Shared chroma",
+                           "Eyes are keener on brightness than on colour, so several pixels share their chroma."};
+constexpr Group kPacked = {"Packed 16-bit pixels", "A pixel in one word of 16 bits: levels are cut off, or dithered."};
+constexpr Group kChroma = {"Chroma layouts", "From one way of sharing chroma to another; no colour changes."};
+constexpr Group kYCoCg = {"YCoCg",
+                          "Luma and chroma by sums and shifts, which the reversible form takes back to the last bit."};
+constexpr Group kTwist = {"Colour twist", "Each colour from all three, by a matrix and offsets."};
+constexpr Group kGamma = {"Gamma", "The transfer curve of video, and its inverse."};
+constexpr Group kToneMapping = {"Tone mapping", "Scenes that are brighter than white, brought down to 8 bits."};
+constexpr Group kDemosaicing = {"Raw sensor demosaicing",
+                                "Colours from a sensor that sees but one of them at each site."};
+constexpr Group kBitDepth = {"Bit depth",
+                             "Fewer levels, with the error hidden in a pattern or handed on to neighbours."};
 
 constexpr Entry kEntries[] = {
     {kGray, "zimiRGBToGray_8u_C3C1R", "Luma with the usual weights"},
@@ -60,10 +73,10 @@ constexpr Entry kEntries[] = {
     {kGray, "zimiColorToGray_32f_C3C1R", "Green lifted, in floating point", "coeffs=-0.3,1.6,-0.3"},
     {kGray, "zimiColorToGray_64f_C3C1R", "Sky against foliage: blue less red", "coeffs=-1,0.6,1.2"},
 
-    {kXyz, "zimiRGBToXYZ_32f_C3R", "X, Y and Z: nearly red, brightness, nearly blue"},
+    {kXyz, "zimiRGBToXYZ_32f_C3R", "Nearly red, brightness, nearly blue"},
     {kXyz, "zimiXYZToRGB_8u_C3R", "To XYZ and back in bytes, rounded down twice"},
 
-    {kPhotoYcc, "zimiRGBToYCC_8u_C3R", "Y, C1 and C2: brightness with room above, then what is blue, then what is red"},
+    {kPhotoYcc, "zimiRGBToYCC_8u_C3R", "Brightness with room above, then what is blue, then what is red"},
     {kPhotoYcc, "zimiYCCToRGB_16u_C3R", "To PhotoYCC and back at 16 bits a sample"},
 
     {kHls, "zimiRGBToHLS_8u_C3R", "Hue, lightness and saturation"},
@@ -74,15 +87,15 @@ constexpr Entry kEntries[] = {
     {kHsv, "zimiRGBToHSV_8u_C3R", "Hue, saturation and value"},
     {kHsv, "zimiHSVToRGB_16u_C3R", "To HSV and back at 16 bits a sample"},
 
-    {kLuvLab, "zimiRGBToLUV_8u_C3R", "L, U and V: lightness, green to red, blue to yellow"},
+    {kLuvLab, "zimiRGBToLUV_8u_C3R", "Lightness, green to red, blue to yellow"},
     {kLuvLab, "zimiRGBToLUV_32f_C3R", "The same in floating point, in units of L, U and V"},
     {kLuvLab, "zimiLUVToRGB_32f_C3R", "There and back in floating point: each row as far as its first black pixel"},
     {kLuvLab, "zimiLUVToRGB_8u_C3R", "There and back in bytes"},
-    {kLuvLab, "zimiBGRToLab_8u_C3R", "L, a and b: lightness, green to red, blue to yellow"},
+    {kLuvLab, "zimiBGRToLab_8u_C3R", "Lightness, green to red, blue to yellow, now as Lab"},
     {kLuvLab, "zimiBGRToLab_8u16u_C3R", "The same at 16 bits"},
     {kLuvLab, "zimiLabToBGR_8u_C3R", "Lab, there and back"},
 
-    {kLumaChroma, "zimiRGBToYCbCr_8u_C3P3R", "Y, Cb and Cr: brightness, then what is blue, then what is red"},
+    {kLumaChroma, "zimiRGBToYCbCr_8u_C3P3R", "Brightness, then what is blue, then what is red"},
     {kLumaChroma, "zimiRGBToYUV_8u_P3R", "Y, U and V with analogue weights"},
     {kLumaChroma, "zimiYCbCrToRGB_8u_P3C3R", "To YCbCr and back"},
     {kLumaChroma, "zimiYCbCrToBGR_709CSC_8u_P3C3R", "The same planes taken for BT.709: colours shift"},
@@ -115,7 +128,7 @@ constexpr Entry kEntries[] = {
     {kChroma, "zimiYCrCb420ToBGR_Filter_8u_P3C4R", "4:2:0 to BGR, chroma averaged between columns", "", Input::photo,
      8},
 
-    {kYCoCg, "zimiRGBToYCoCg_8u_C3P3R", "Y, Co and Cg: brightness, orange against blue, green against purple"},
+    {kYCoCg, "zimiRGBToYCoCg_8u_C3P3R", "Brightness, orange against blue, green against purple"},
     {kYCoCg, "zimiBGRToYCoCg_Rev_8u16s_C3P3R", "The reversible form: signed differences around middle gray"},
     {kYCoCg, "zimiYCoCgToBGR_Rev_16s8u_P3C3R", "Reversible, there and back: the photograph itself"},
     {kYCoCg, "zimiYCoCgToBGR_16s8u_P3C3R", "Plain, there and back: off by one here and there"},
@@ -188,22 +201,6 @@ Picture highRange(Picture scene) {
   return scene;
 }
 
-class Progress {
- public:
-  explicit Progress(std::size_t steps) : steps_(steps) {}
-  ~Progress() {
-    if (shown_) std::fputs("\r\033[K", stderr);
-  }
-  void next(const char* what) {
-    ++step_;
-    if (shown_) std::fprintf(stderr, "\r\033[K[%zu/%zu] %s", step_, steps_, what);
-  }
-
- private:
-  std::size_t step_ = 0, steps_;
-  bool shown_ = isatty(STDERR_FILENO) != 0;
-};
-
 std::vector<std::string> wordsOf(const char* text) {
   std::istringstream stream(text);
   return {std::istream_iterator<std::string>(stream), {}};
@@ -236,12 +233,36 @@ Card cardOf(const Entry& entry, const Picture& input, const std::filesystem::pat
   const Picture picture = enlarged(input, entry.zoom);
   writePng(folder / file, picture);
   Card card = {};
-  card.group = entry.group;
+  card.group = entry.group.name;
+  card.about = entry.group.about;
   card.title = entry.title;
   card.file = file;
   card.width = picture.width;
   card.height = picture.height;
   return card;
+}
+
+// The names of channels that are shown side by side, above each.
+std::vector<Label> labelsOf(const catalogue::Image& image, const Picture& picture) {
+  const catalogue::Side& side = image.side();
+  const bool pairs = side.layout == "C2";
+  const auto names = pairs ? std::vector<std::string>{"Y", "Cb", "Cr"} : channelsOf(side);
+  if (names.size() != 3 || picture.channels != 1) return {};
+  std::vector<int> widths;
+  if (pairs) {
+    const int half = image.size().width / 2;
+    widths = {image.size().width, half, half};
+  }
+  for (const catalogue::Plane& plane : side.planes) {
+    widths.insert(widths.end(), static_cast<std::size_t>(plane.usedSamples), plane.groups(image.size().width));
+  }
+  std::vector<Label> labels;
+  int left = 0;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    labels.push_back({names[i], static_cast<double>(left) / picture.width});
+    left += widths[i] + kChannelGap;
+  }
+  return labels;
 }
 
 Card make(const Entry& entry, const Picture& input, const Picture& original, const std::filesystem::path& folder,
@@ -252,6 +273,7 @@ Card make(const Entry& entry, const Picture& input, const Picture& original, con
   Card card = cardOf(entry, job.picture(), folder, file);
   card.exportName = entry.exportName;
   card.settings = entry.settings;
+  if (entry.zoom == 1) card.labels = labelsOf(job.result(), job.picture());
   if (entry.input == Input::mosaic) {
     char decibels[32];
     std::snprintf(decibels, sizeof decibels, "PSNR %.1f dB", likeness(job.picture(), original));

@@ -34,10 +34,16 @@ dd { margin: 0; }
 nav { display: flex; flex-wrap: wrap; gap: 6px 20px; margin-top: 24px; }
 a { color: inherit; }
 nav a { color: var(--accent); text-decoration: none; border-bottom: 1px solid currentColor; }
-h2 { margin: 44px 0 16px; padding-bottom: 8px; border-bottom: 1px solid var(--line); font-size: 21px; letter-spacing: -.01em; }
-.grid { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(100%, 350px), 1fr)); gap: 22px; }
+section { margin-top: 44px; padding-top: 20px; border-top: 1px solid var(--line); }
+h2 { margin: 0; font-size: 21px; letter-spacing: -.01em; }
+h2 + p { margin: 2px 0 16px; color: var(--quiet); }
+.grid { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(100%, 350px), 1fr)); grid-auto-flow: dense; gap: 22px; }
+.grid.pairs { grid-template-columns: repeat(auto-fill, minmax(min(100%, 500px), 1fr)); }
 figure { margin: 0; display: flex; flex-direction: column; overflow: hidden; background: var(--card); border: 1px solid var(--line); border-radius: 8px; }
-figure.wide { grid-column: 1 / -1; }
+figure.wide { grid-column: span 2; }
+.pairs figure.wide { grid-column: auto; }
+.picture { display: block; position: relative; }
+.picture i { position: absolute; top: 8px; margin-left: 8px; padding: 0 7px; border-radius: 4px; background: #1d2021b8; color: #fff; font-size: 12.5px; font-style: normal; }
 img { display: block; width: 100%; height: auto; background: #fff; }
 figcaption { padding: 12px 16px 14px; display: flex; flex-direction: column; gap: 2px; flex: 1; }
 figcaption b { font-weight: 600; }
@@ -45,15 +51,15 @@ code { font: 12.5px/1.5 ui-monospace, "SF Mono", Menlo, "DejaVu Sans Mono", mono
 code i { font-style: normal; color: var(--quiet); }
 small { margin-top: auto; padding-top: 6px; display: flex; flex-wrap: wrap; justify-content: space-between; gap: 0 16px; font-size: 13px; color: var(--quiet); font-variant-numeric: tabular-nums; }
 footer { margin: 48px 0 40px; padding-top: 16px; border-top: 1px solid var(--line); color: var(--quiet); font-size: 13px; }
-@media (max-width: 820px) { header { grid-template-columns: 1fr; } }
+@media (max-width: 860px) { header { grid-template-columns: 1fr; } figure.wide { grid-column: auto; } }
 </style>
 </head>
 <body>
 )";
 
 constexpr const char* kIntroduction =
-    "<p>One photograph through every family of colour conversions that the library has, each result as the library "
-    "wrote it.</p>\n";
+    "<p>A library of 493 conversions of images between colour models, chroma layouts, curves and depths, exact to the "
+    "last bit. Here is one photograph through every family of them, each result as the library wrote it.</p>\n";
 
 constexpr const char* kFooter = R"(<footer>Photograph: <i>Aitzgorri</i> by Aitzol Berasategi, 2018,
 <a href="https://creativecommons.org/licenses/by/4.0/">CC BY 4.0</a>, scaled down and cropped; the other pictures are made of it.
@@ -111,8 +117,13 @@ std::string thousands(double number) {
 std::string extent(const Card& card) { return std::to_string(card.width) + " × " + std::to_string(card.height); }
 
 std::string image(const Card& card) {
-  return "<a href=\"" + card.file + "\"><img src=\"" + card.file + "\" width=\"" + std::to_string(card.width) +
-         "\" height=\"" + std::to_string(card.height) + "\" alt=\"" + escaped(card.title) + "\"></a>";
+  std::string html = "<a href=\"" + card.file + R"("><span class="picture"><img src=")" + card.file + "\" width=\"" +
+                     std::to_string(card.width) + "\" height=\"" + std::to_string(card.height) + "\" alt=\"" +
+                     escaped(card.title) + "\">";
+  for (const Label& label : card.labels) {
+    html += "<i style=\"left:" + fixed(100 * label.left, 2) + "%\">" + escaped(label.name) + "</i>";
+  }
+  return html + "</span></a>";
 }
 
 // Anchors count the groups.
@@ -124,8 +135,9 @@ std::string header(const Card& original, const std::vector<Card>& cards) {
   const auto fact = [&](const std::string& name, const std::string& value) {
     html += "<dt>" + name + "</dt><dd>" + escaped(value) + "</dd>\n";
   };
-  fact("Library", std::to_string(v.versionMajor) + "." + std::to_string(v.versionMinor) + " (" + v.versionText + ")");
-  fact("Target", std::string(v.targetTag, 2));
+  fact("Version", v.versionText);
+  const std::string target(v.targetTag, std::find(v.targetTag, v.targetTag + sizeof v.targetTag, '\0'));
+  fact("Build for", target == "mx" ? "SSE2" : "x86-64-" + target);
   fact("Photograph", extent(original));
   fact("Conversions",
        std::to_string(std::ranges::count_if(cards, [](const Card& card) { return !card.exportName.empty(); })));
@@ -138,9 +150,10 @@ std::string header(const Card& original, const std::vector<Card>& cards) {
   return html + "</nav>\n</div>\n<figure>" + image(original) + "</figure>\n</header>\n";
 }
 
+bool isWide(const Card& card) { return card.width > 2 * card.height; }
+
 std::string figure(const Card& card) {
-  const bool wide = card.width > 2 * card.height;
-  std::string html = wide ? "<figure class=\"wide\">" : "<figure>";
+  std::string html = isWide(card) ? "<figure class=\"wide\">" : "<figure>";
   html += image(card) + "\n<figcaption><b>" + escaped(card.title) + "</b>";
   if (!card.exportName.empty()) {
     html += "<code>" + escaped(card.exportName);
@@ -160,15 +173,16 @@ std::string figure(const Card& card) {
 std::string contactSheet(const Card& original, const std::vector<Card>& cards) {
   std::string html = kHead + header(original, cards) + "<main>\n";
   std::size_t groups = 0;
-  for (std::size_t i = 0; i < cards.size(); ++i) {
-    if (i == 0 || cards[i].group != cards[i - 1].group) {
-      if (i > 0) html += "</div>\n</section>\n";
-      html +=
-          "<section id=\"" + anchor(groups++) + "\">\n<h2>" + escaped(cards[i].group) + "</h2>\n<div class=\"grid\">\n";
-    }
-    html += figure(cards[i]);
+  for (auto first = cards.begin(); first != cards.end();) {
+    const auto last = std::find_if(first, cards.end(), [&](const Card& card) { return card.group != first->group; });
+    // Wide cards leave a column to narrow ones, unless there are not enough of those.
+    const auto wide = std::count_if(first, last, isWide);
+    const char* grid = wide > 2 * (last - first - wide) ? "grid pairs" : "grid";
+    html += "<section id=\"" + anchor(groups++) + "\">\n<h2>" + escaped(first->group) + "</h2>\n<p>" +
+            escaped(first->about) + "</p>\n<div class=\"" + grid + "\">\n";
+    for (; first != last; ++first) html += figure(*first);
+    html += "</div>\n</section>\n";
   }
-  if (!cards.empty()) html += "</div>\n</section>\n";
   return html + kFooter;
 }
 

@@ -49,15 +49,6 @@ std::string inShort(const Side& side) {
   return (side.colourWord.empty() ? "" : side.colourWord + " ") + side.layout + " " + text(name(side.type));
 }
 
-// "YCbCr420" has the channels Y, Cb and Cr. Empty where the word does not tell.
-std::vector<std::string> channelsOf(const Side& side) {
-  static const std::regex channel("[A-Z][a-z]?");
-  std::string word = side.colourWord == "SBGR" ? "BGR" : side.colourWord;
-  if (word == "Lab") return {"L", "a", "b"};
-  std::vector<std::string> names(std::sregex_token_iterator(word.begin(), word.end(), channel), {});
-  return names.size() == 3 && word.front() != 'C' ? names : std::vector<std::string>();
-}
-
 std::string samplesOf(const Plane& plane) {
   std::string words = text(plane.usedSamples) + " sample" + (plane.usedSamples == 1 ? "" : "s");
   if (plane.usedSamples < plane.samples)
@@ -150,14 +141,28 @@ std::string wayOf(const Export& e) {
 
 }  // namespace
 
-void list(const std::string& pattern) {
+std::vector<std::string> channelsOf(const Side& side) {
+  static const std::regex channel("[A-Z][a-z]?");
+  std::string word = side.colourWord == "SBGR" ? "BGR" : side.colourWord;
+  if (word == "Lab") return {"L", "a", "b"};
+  if (word == "YCC") return {"Y", "C1", "C2"};
+  std::vector<std::string> names(std::sregex_token_iterator(word.begin(), word.end(), channel), {});
+  return names.size() == 3 && word.front() != 'C' ? names : std::vector<std::string>();
+}
+
+std::vector<const Export*> exportsLike(const std::string& pattern) {
   const bool isPattern = pattern.find_first_of("*?[(") != std::string::npos;
+  auto found = matching(isPattern ? pattern : "*" + pattern + "*");
+  if (found.empty()) throw Failure("no export matches '" + pattern + "'");
+  return found;
+}
+
+void list(const std::string& pattern) {
   Rows rows;
-  for (const Export* e : matching(isPattern ? pattern : "*" + pattern + "*")) {
+  for (const Export* e : exportsLike(pattern)) {
     rows.push_back(
         {e->name, inShort(e->source), e->inPlace ? "in place" : "-> " + inShort(e->destination), text(e->family)});
   }
-  if (rows.empty()) throw Failure("no export matches '" + pattern + "'");
   printTable(rows, 0);
 }
 

@@ -10,6 +10,7 @@
 #include <tuple>
 
 #include "tools/failure.h"
+#include "tools/nearest.h"
 #include "tools/samples.h"
 
 namespace zim::tool {
@@ -102,7 +103,9 @@ void apply(const std::string& setting, const Export& e, Operands& operands) {
   const auto argument =
       std::ranges::find_if(e.further, [&](const Argument& a) { return equalIgnoringCase(a.name, wanted); });
   if (argument == e.further.end()) {
-    throw Failure(e.name + " takes no setting '" + std::string(wanted) + "'; see zimcc describe " + e.name);
+    const std::string_view near = nearest(wanted, e.further, &Argument::name);
+    throw Failure(e.name + " takes no setting '" + std::string(wanted) +
+                  (near.empty() ? "'; see zimcc describe " + e.name : "'; did you mean " + std::string(near) + "?"));
   }
   Value& value = operands.value(argument->name);
   if (argument->mayBeNull && text == "null") return value.setNull();
@@ -176,8 +179,11 @@ ZimBayerGrid gridIn(const std::vector<std::string>& settings) {
 
 const Export& exportNamed(const std::string& name) {
   const Export* e = find(name);
-  if (e == nullptr) throw Failure("no export is named '" + name + "'; see zimcc list");
-  return *e;
+  if (e != nullptr) return *e;
+  const std::string unknown = "no export is named '" + name + "'";
+  if (!name.empty() && !matching("*" + name + "*").empty()) throw Failure(unknown + "; see zimcc list " + name);
+  const std::string_view near = nearest(name, exports(), &Export::name);
+  throw Failure(unknown + (near.empty() ? "; see zimcc list" : "; did you mean " + std::string(near) + "?"));
 }
 
 void call(const Export& e, const Caller& caller, const Operands& operands) {

@@ -1,23 +1,24 @@
 // zimcc: lists, explains, runs and times the library's exports.
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cstdio>
-#include <cstring>
 #include <exception>
-#include <iostream>
 #include <new>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tools/bench.h"
+#include "tools/complete.h"
 #include "tools/demo.h"
 #include "tools/describe.h"
 #include "tools/failure.h"
 #include "tools/job.h"
-#include "tools/measure.h"
+#include "tools/nearest.h"
 #include "tools/raw_video.h"
 #include "tools/samples.h"
-#include "zimcore.h"
 
 namespace zim::tool {
 namespace {
@@ -59,42 +60,31 @@ void run(const Words& words) {
   isRawVideo(words[2]) ? writeRawVideo(words[2], job.result()) : writePng(words[2], job.picture());
 }
 
+void listExports(const Words& words) {
+  const bool json = !words.empty() && words[0] == "--json";
+  const Words patterns(words.begin() + (json ? 1 : 0), words.end());
+  if (patterns.size() > 1) throw Failure("list takes one pattern");
+  (json ? listAsJson : list)(patterns.empty() ? "" : patterns[0]);
+}
+
 void mosaic(const Words& words) {
   const Picture picture = mosaicOf(readPicture(words[0]), gridIn(Words(words.begin() + 2, words.end())));
   words[1].ends_with(".pgm") ? writeGrayMap(words[1], picture) : writePng(words[1], picture);
 }
 
-void bench(const Words& words) {
-  const auto& e = exportNamed(words[0]);
-  if (words.size() > 1 && (words[1] != "--size" || words.size() != 3)) throw Failure("bench takes NAME [--size WxH]");
+bool isPattern(const std::string& word) { return word.find_first_of("*?[(") != std::string::npos; }
+
+void benchWords(const Words& words) {
+  if (words.size() > 1 && (words[1] != "--size" || words.size() != 3)) {
+    throw Failure("bench takes NAME, PATTERN or --all, and [--size WxH]");
+  }
   const ZimiSize size = words.size() == 3 ? sizeIn(words[2]) : ZimiSize{1920, 1080};
-
-  zimSetNumThreads(1);
-  catalogue::Image source(e.source, size), destination(e.destination, size);
-  source.fillRandom(1);
-  const catalogue::Operands operands(e, source, e.inPlace ? source : destination);
-  const catalogue::Caller caller(e);
-  call(e, caller, operands);
-
-  const std::size_t bytes = bytesMoved(e, size) / 2;
-  std::vector<char> from(bytes, 1), to(bytes);
-  constexpr int kRounds = 41;
-  const auto timings = measure({[&] { caller(operands); },
-                                [&] {
-                                  std::memcpy(to.data(), from.data(), bytes);
-                                  asm volatile("" : : "r"(to.data()) : "memory");
-                                }},
-                               kRounds);
-  const Timing& time = timings[0];
-  const Timing& copy = timings[1];
-  std::printf("%s  %d x %d, one thread\n", e.name.c_str(), size.width, size.height);
-  std::printf("  %-8s%12s%12s%12s\n", "", "ms", "MP/s", "of memcpy");
-  const auto row = [&](const char* name, double seconds, double copySeconds) {
-    std::printf("  %-8s%12.4f%12.1f%12.2f\n", name, 1e3 * seconds, megapixels(size) / seconds, copySeconds / seconds);
-  };
-  row("best", time.best, copy.best);
-  row("median", time.median, copy.median);
+  const std::string& which = words[0];
+  if (which == "--all" || isPattern(which)) return benchAll(exportsLike(which == "--all" ? "" : which), size);
+  bench(exportNamed(which), size);
 }
+
+void completeWords(const Words& words);
 
 constexpr std::size_t kAny = static_cast<std::size_t>(-1);
 
@@ -103,46 +93,90 @@ struct Command {
   std::size_t least, most;  // words after the name
   const char* usage;
   const char* help;
+  const char* details;
   void (*function)(const Words& words);
 };
 
 constexpr Command kCommands[] = {
-    {"list", 0, 1, "[PATTERN]", "exports whose names match a shell pattern or contain a word",
-     [](const Words& words) { list(words.empty() ? "" : words[0]); }},
+    {"list", 0, 2, "[--json] [PATTERN]", "exports whose names match a shell pattern or contain a word",
+     "A line for each: what it reads and writes, and its family. --json tells programs all that is known of each.\n\n"
+     "  zimcc list YCbCr422\n"
+     "  zimcc list 'zimi*To*_16u_*'\n",
+     listExports},
     {"describe", 1, 1, "NAME", "what an export converts, and its arguments in order",
-     [](const Words& words) { describe(words[0]); }},
-    {"run", 3, kAny, "NAME IN OUT [SETTING=VALUE ...]", "converts a PNG, PFM or raw YUV file to a PNG or raw YUV", run},
+     "  zimcc describe zimiColorTwist32f_8u_C3R\n", [](const Words& words) { describe(words[0]); }},
+    {"run", 3, kAny, "NAME IN OUT [SETTING=VALUE ...]", "converts a PNG, PGM, PFM or raw YUV file to a PNG or raw YUV",
+     "A setting is an argument by its name, as describe tells it. Colours are converted to what the export reads.\n"
+     "Results that are no colours are shown as their channels side by side. A file IN.yuv is one frame or more of\n"
+     "just what the export reads, planes one after another, and needs a setting size=WxH; OUT.yuv becomes what the\n"
+     "export writes. Exports that read the mosaic of a sensor convert a part of it by roi=x,y,width,height.\n\n"
+     "  zimcc run zimiRGBToHLS_8u_C3R photo.png hls.png\n"
+     "  zimcc run zimiColorToGray_8u_C3C1R photo.png gray.png coeffs=0.2,0.7,0.1\n"
+     "  zimcc run zimiReduceBits_8u_C3R photo.png few.png levels=4 dither=stucki\n"
+     "  zimcc run zimiYCbCr420ToRGB_8u_P3C3R video.yuv frame.png size=1280x720\n",
+     run},
     {"mosaic", 2, 3, "IN OUT.(pgm|png) [grid=RGGB]", "what a sensor behind a colour filter array sees of a picture",
+     "The grid is one of BGGR, RGGB, GBRG and GRBG, the colours of the 2 x 2 pixels at the origin.\n\n"
+     "  zimcc mosaic photo.png raw.pgm grid=GRBG\n"
+     "  zimcc run zimiDemosaicAHD_8u_C1C3R raw.pgm back.png grid=GRBG\n",
      mosaic},
-    {"bench", 1, 3, "NAME [--size WxH]", "times an export on one thread beside memcpy", bench},
+    {"bench", 1, 3, "NAME|PATTERN|--all [--size WxH]", "times exports on one thread beside memcpy",
+     "The size is 1920x1080 unless told. memcpy copies half of the bytes that the export reads and writes.\n\n"
+     "  zimcc bench zimiRGBToGray_8u_C3C1R\n"
+     "  zimcc bench 'zimiGamma*' --size 640x480\n"
+     "  zimcc bench --all\n",
+     benchWords},
     {"demo", 1, 1, "DIR", "converts a photograph by every family into a web page",
-     [](const Words& words) { demo(words[0]); }},
-    {"version", 0, 0, "", "the version record of the loaded library", [](const Words&) { version(); }},
+     "The page is DIR/index.html, the pictures lie beside it.\n", [](const Words& words) { demo(words[0]); }},
+    {"version", 0, 0, "", "the version record of the loaded library",
+     "Its target is the processor level that the library is built for: mx (SSE2), v3 (AVX2) or v4 (AVX-512).\n",
+     [](const Words&) { version(); }},
+    {"complete", 0, kAny, "[WORD ...]", "what may take the place of the last word", "For the completion of shells.\n",
+     completeWords},
 };
+
+// Those that people call; the last is for shells.
+constexpr auto kShown = std::span(kCommands).first(std::size(kCommands) - 1);
+
+void completeWords(const Words& words) {
+  Words names;
+  for (const Command& c : kShown) names.emplace_back(c.name);
+  complete(words, names);
+}
 
 void help() {
   std::puts("usage: zimcc COMMAND ...\n");
-  for (const Command& c : kCommands) std::printf("  %-9s%-36s  %s\n", c.name, c.usage, c.help);
+  for (const Command& c : kShown) std::printf("  %-9s%-36s  %s\n", c.name, c.usage, c.help);
   std::puts(
       "\nA setting is an argument by its name, as describe tells it: coeffs=0.2,0.7,0.1  vMax=2  aval=128\n"
-      "Colours are converted to what the export reads. Results that are no colours are shown as their\n"
-      "channels side by side. A file IN.yuv is one frame or more of just what the export reads, planes one\n"
-      "after another, and needs a setting size=WxH; OUT.yuv becomes what the export writes. Bad input ends\n"
-      "with exit code 2 and writes nothing.");
+      "Bad input ends with exit code 2 and writes nothing. zimcc COMMAND --help tells more.");
 }
+
+void help(const Command& c) { std::printf("usage: zimcc %s %s\n\n%s.\n%s", c.name, c.usage, c.help, c.details); }
+
+bool asksForHelp(const std::string& word) { return word == "--help" || word == "-h"; }
 
 void dispatch(const Words& words) {
   if (words.empty()) throw Failure("no command; see zimcc --help");
-  if (words[0] == "--help" || words[0] == "-h" || words[0] == "help") return help();
-  for (const Command& c : kCommands) {
-    if (words[0] != c.name) continue;
-    if (words.size() == 2 && words[1] == "--help") return help();
-    if (words.size() - 1 < c.least || words.size() - 1 > c.most) {
-      throw Failure("usage: zimcc " + words[0] + " " + c.usage);
-    }
-    return c.function(Words(words.begin() + 1, words.end()));
+  std::string name = words[0];
+  if (name == "--version") name = "version";
+  if (asksForHelp(name) || (name == "help" && words.size() == 1)) return help();
+  const bool helpFirst = name == "help";
+  if (helpFirst) name = words[1];
+  const auto* const command = std::ranges::find(kCommands, name, &Command::name);
+  if (command == std::end(kCommands)) {
+    const std::string_view near = nearest(name, kShown, &Command::name);
+    throw Failure("no command is named '" + name + "'" +
+                  (near.empty() ? "; see zimcc --help" : "; did you mean " + std::string(near) + "?"));
   }
-  throw Failure("no command is named '" + words[0] + "'; see zimcc --help");
+  const Words rest(words.begin() + 1, words.end());
+  if (helpFirst || (command->function != completeWords && std::ranges::any_of(rest, asksForHelp))) {
+    return help(*command);
+  }
+  if (rest.size() < command->least || rest.size() > command->most) {
+    throw Failure("usage: zimcc " + name + " " + command->usage);
+  }
+  command->function(rest);
 }
 
 }  // namespace

@@ -157,10 +157,9 @@ Picture interleaved(const Channels& channels, const Side& side) {
 }
 
 Picture sideBySide(const Channels& channels) {
-  constexpr int kGap = 8;
-  int width = -kGap, height = 0;
+  int width = -kChannelGap, height = 0;
   for (const Picture& channel : channels) {
-    width += kGap + channel.width;
+    width += kChannelGap + channel.width;
     height = std::max(height, channel.height);
   }
   Picture picture(width, height, 1);
@@ -169,7 +168,7 @@ Picture sideBySide(const Channels& channels) {
   int left = 0;
   for (const Picture& channel : channels) {
     for (int y = 0; y < channel.height; ++y) std::copy_n(channel.pixel(0, y), channel.width, picture.pixel(left, y));
-    left += channel.width + kGap;
+    left += channel.width + kChannelGap;
   }
   return picture;
 }

@@ -19,6 +19,9 @@ Picture mosaicOf(const Picture& picture, ZimBayerGrid grid);
 // Integers take their whole range from black to white, floats 0 to 1. A picture without alpha is opaque.
 void fill(catalogue::Image& image, const Picture& picture);
 
+// Pixels between channels side by side.
+inline constexpr int kChannelGap = 8;
+
 // What a call with this source wrote: colours as a colour picture, other models as their channels side by side.
 Picture show(const catalogue::Image& image, const catalogue::Side& source);
 

@@ -5,7 +5,7 @@
 set -euo pipefail
 
 source=$(cd "$(dirname "$0")/../.." && pwd)
-build=${1:?usage: check.sh BUILD_DIR}
+build=$(realpath "${1:?usage: check.sh BUILD_DIR}")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 prefix=$work/prefix
@@ -45,6 +45,17 @@ for library in libzimcc libzimcore glibc-hwcaps/x86-64-v3/libzimcc; do
   [[ -f $prefix/lib/$library.so.7 ]] || fail "lib/$library.so.7 is missing"
 done
 
+step "the tool, its manual and completion, the Python package"
+"$prefix/bin/zimcc" version | grep -q "^target *$loaderPick\$" || fail "the installed tool takes another build"
+for file in man/man1/zimcc.1 man/man7/zimcc.7 bash-completion/completions/zimcc doc/zimcc/examples/gray.c; do
+  [[ -f $prefix/share/$file ]] || fail "share/$file is missing"
+done
+if /usr/bin/python3 -c 'import numpy' 2>/dev/null; then
+  code='import zimcc; print(len(zimcc.exports()), zimcc.__version__, zimcc.version().target)'
+  said=$(PYTHONPATH=$prefix/lib/python3/dist-packages /usr/bin/python3 -c "$code")
+  [[ $said == "493 $(pkg-config --modversion "$prefix/lib/pkgconfig/zimcc.pc") $loaderPick" ]] || fail "Python says: $said"
+fi
+
 step "headers alone, as C99 and C++17"
 for header in "$prefix"/include/*.h; do
   for compiler in 'cc -x c -std=c99' 'c++ -x c++ -std=c++17'; do
@@ -53,7 +64,7 @@ for header in "$prefix"/include/*.h; do
 done
 
 step "find_package"
-buildWithCMake "$source/examples" "$work/package" -DCMAKE_PREFIX_PATH="$prefix"
+buildWithCMake "$prefix/share/doc/zimcc/examples" "$work/package" -DCMAKE_PREFIX_PATH="$prefix"
 runExamples "$work/package"
 
 step "pkg-config"
@@ -67,8 +78,11 @@ mkdir "$work/pkgconfig"
 }
 runExamples "$work/pkgconfig"
 
+# Beside the build and with its flags, so that a compiler cache can help.
 step "add_subdirectory"
-buildWithCMake "$source/tests/install/subproject" "$work/subproject"
-runExamples "$work/subproject/examples"
+rm -rf "$build-subproject"
+buildWithCMake "$source/tests/install/subproject" "$build-subproject" -DZIMCC_WERROR=ON
+runExamples "$build-subproject/examples"
+rm -rf "$build-subproject"
 
 step "passed"
