@@ -107,6 +107,23 @@ inline bool takesAnyStep(const catalogue::Export& e) {
 // Whether the build has teams of more than one thread.
 bool hasTeams();
 
+// Exports that drop the low bits of a step that is no multiple of the sample's size; others take steps to the byte, but
+// for tone mapping, whose scan and conversion differ.
+inline bool countsWholeSamples(const catalogue::Export& e) {
+  constexpr const char* kWholeSampleSteps[] = {
+      "zimi*ToGray_@(16u|16s|32f)_*",
+      "zimi@(RGBToLUV|LUVToRGB)_@(16u|16s)_*",
+      "zimiLUVToRGB_32f_*",
+      "zimi@(RGBTo@(XYZ|YCC|HLS|HSV)|@(XYZ|YCC|HLS|HSV)ToRGB)_@(16u|16s|32f)_*",
+      "zimi@(YCbCr?(420|422)|YUV420|RGB|BGR)To@(RGB|BGR)@(444|555|565)*",
+      "zimi@(RGB|BGR)565To@(RGB|BGR)_*",
+      "zimiCFAToRGB_16u_*",
+      "zimiReduceBits_*R?(:stucki*)",
+      "zimiReduceBits_*_@(C1|C3|AC4)R:bayer*",
+  };
+  return matchesAny(e, kWholeSampleSteps);
+}
+
 // Exports whose channels that a thread takes one after another share something.
 inline bool showsTeamSize(const catalogue::Export& e) {
   return matches(e, "zimiReduceBits_*_@(C3|AC4|C4)R?(:stucki*)");
