@@ -66,7 +66,7 @@ Comparison compare(benchmark::State& state, const Job& job, const Job& other);
 // Registers a benchmark whose time comes from compare. What it throws becomes its error.
 void add(const std::string& name, std::function<void(benchmark::State&)> body);
 
-// "mx" or "v3": the build of the library that the loader has picked.
+// "mx", "v3" or "v4": the build of the library that the loader has picked.
 std::string targetTag();
 
 // Runs what has been registered, with the library on one thread.

@@ -3,11 +3,13 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS zimcore zimcc EXPORT zimcc-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-if(ZIMCC_V3)
-  # Found by the loader in place of the first on a processor that has x86-64-v3; nothing links to it by name.
-  install(TARGETS zimcc_v3
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-v3 NAMELINK_SKIP)
-endif()
+foreach(level IN LISTS ZIMCC_TARGETS)
+  if(TARGET zimcc_${level})
+    # Found by the loader in place of the baseline on a processor that has this level; nothing links to it by name.
+    install(TARGETS zimcc_${level}
+      LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-${level} NAMELINK_SKIP)
+  endif()
+endforeach()
 install(FILES include/zimcc.h include/zimcore.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/zimcc)

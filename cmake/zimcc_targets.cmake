@@ -1,8 +1,14 @@
 # Flags that every target shares, and the library itself in one build per processor target.
 
-# The instruction sets of the two builds. FMA stays off: a fused product has other bits.
-set(ZIMCC_MX_FLAGS -msse2 -mno-sse3 -mno-avx)
-set(ZIMCC_V3_FLAGS -march=x86-64-v3 -mno-fma)
+# The instruction sets of the builds. No product is fused, which would have other bits: -ffp-contract=off keeps the
+# compiler from it.
+set(ZIMCC_FLAGS_mx -msse2 -mno-sse3 -mno-avx)
+set(ZIMCC_FLAGS_v3 -march=x86-64-v3 -mno-fma)
+set(ZIMCC_FLAGS_v4 -march=x86-64-v4)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # What its own intrinsics leave undefined on purpose, g++ 12 warns of.
+  list(APPEND ZIMCC_FLAGS_v4 -Wno-uninitialized -Wno-maybe-uninitialized)
+endif()
 
 set(ZIMCC_WARNINGS -Wall -Wextra -Wconversion)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
@@ -75,15 +81,23 @@ set(ZIMCC_SOURCES
   tone/gamma.cpp
   tone/tone_mapping.cpp)
 
-# The library for one processor target, in a folder below lib/ in the build tree.
-function(zimcc_add_library target level flags folder)
+# The library for one processor target: zimcc for the baseline, zimcc_v3 for x86-64-v3 and so on. Those beyond the
+# baseline lie where the loader looks for them first, in the build tree as where they are installed.
+function(zimcc_add_library level)
+  if(level STREQUAL "mx")
+    set(target zimcc)
+    set(folder)
+  else()
+    set(target zimcc_${level})
+    set(folder glibc-hwcaps/x86-64-${level})
+  endif()
   add_library(${target} SHARED ${ZIMCC_SOURCES})
   zimcc_configure_shared(${target} ${PROJECT_SOURCE_DIR}/frame/zimcc.map)
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME zimcc
     LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib/${folder})
   # Kernels are vector code as they stand: more than -O2 only copies their loops.
-  target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${flags}> $<$<AND:$<COMPILE_LANGUAGE:CXX>,$<CONFIG:Release>>:-O2>)
+  target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${ZIMCC_FLAGS_${level}}> $<$<AND:$<COMPILE_LANGUAGE:CXX>,$<CONFIG:Release>>:-O2>)
   target_include_directories(${target}
     PRIVATE ${PROJECT_SOURCE_DIR}
     PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
@@ -91,6 +105,8 @@ function(zimcc_add_library target level flags folder)
   # Beside the library, or above its folder for the processor's own build.
   if(folder)
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/../..")
+    # Whoever builds the baseline gets the others, so that the loader finds them beside it.
+    add_dependencies(zimcc ${target})
   else()
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
   endif()

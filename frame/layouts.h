@@ -51,13 +51,7 @@ struct Interleaved {
   template <int N>
   ZIM_INLINE static void store(Position<std::byte, 1> to, const Pixels<T, N, Channels>& pixels) {
     if constexpr (hasGaps && N > 1) {
-      alignas(kRegisterBytes) std::byte all[N * static_cast<std::size_t>(pixelBytes)];
-      zim::store<T, N, Stride>(all,
-                               perChannel<Stride>([&](auto c) ZIM_LAMBDA { return pixels[c < Channels ? c : 0]; }));
-      static_assert(N % 4 == 0);
-      for (std::ptrdiff_t x = 0; x < N; x += 4) {
-        forChannels<4>([&](auto i) ZIM_LAMBDA { writePixel(to, {{all}}, x + std::ptrdiff_t{i}); });
-      }
+      storeBesideGaps<T, N, Channels, Stride>(to.plane[0], pixels);
     } else {
       zim::store<T, N, Channels>(to.plane[0], pixels);
     }

@@ -102,7 +102,7 @@ typedef struct ZimLibraryVersion {
   Zim32s versionMinor;
   Zim32s buildMajor;
   Zim32s buildMinor;
-  char targetTag[4]; /**< processor target of the build: "mx" or "v3", padded with zero bytes */
+  char targetTag[4]; /**< processor target of the build: "mx", "v3" or "v4", padded with zero bytes */
   const char* libraryFileName;
   const char* versionText;
   const char* buildDateText;

@@ -227,7 +227,7 @@ struct SemiPlanar {
 
 // ---- The walk ----
 
-inline constexpr bool kPackC3 = kHalves > 1;
+inline constexpr bool kPackC3 = kParts > 1;
 
 template <class Source, std::size_t rows>
 using SourceRows = std::array<Position<const std::byte, Source::Layout::planes>, rows>;

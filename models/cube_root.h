@@ -1,6 +1,7 @@
 // Cube roots of lanes: those of the C library's cbrtf to the bit, and near ones.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 
 #include "frame/lanes/one_by_one.h"
@@ -61,8 +62,10 @@ class CubeRoot {
  private:
   // Whether the library is of this kind, told by arguments at which it is wrong by a unit, up or down.
   static bool libraryGoesThisWay() {
-    std::array arguments = {0x1.1ec79p-6F,  0x1.7cc62ap-6F, 0x1.84b048p-2F, 0x1.a31a02p-2F,
-                            0x1.8dfbe8p+0F, 0x1.535098p+2F, 0x1.452c8ep+2F, 0x1.9956d6p+8F};
+    constexpr std::array telling = {0x1.1ec79p-6F,  0x1.7cc62ap-6F, 0x1.84b048p-2F, 0x1.a31a02p-2F,
+                                    0x1.8dfbe8p+0F, 0x1.535098p+2F, 0x1.452c8ep+2F, 0x1.9956d6p+8F};
+    std::array<Zim32f, std::max<std::size_t>(telling.size(), kLanes<Zim32f>)> arguments;
+    for (std::size_t k = 0; k < arguments.size(); ++k) arguments[k] = telling[k % telling.size()];
     // The compiler would work the roots out by itself, and rightly.
     asm("" : "+m"(arguments));
     const auto roots = asArray(inLanes(fromArray(arguments)));

@@ -159,7 +159,7 @@ struct BitImage {
     for (; i < count; ++i) to[i] = std::to_integer<Zim32s>(from[i]) << 13;
   }
   void write(int row, std::ptrdiff_t x, std::ptrdiff_t count, const Zim32s* from) const {
-    constexpr int most = 32;
+    constexpr int most = std::max(32, kLanes<Zim8s>);
     Zim32s few[most] = {};
     if (count < most) from = std::copy_n(from, count, few) - count;
     const Bits bits = bitsOf<most>([&](std::ptrdiff_t i) ZIM_LAMBDA {

@@ -115,7 +115,7 @@ class SkewedRows {
     using FourRows = std::array<Lanes, 4>;
     const auto load4 = [&](const Element(&from)[rows][steps], auto g) ZIM_LAMBDA {
       return transpose<Element, lanes>(perChannel<4>([&](auto k) ZIM_LAMBDA {
-        return load<Element, lanes, 1>(reinterpret_cast<const std::byte*>(&from[registers * k + g][i]), halfStride)[0];
+        return load<Element, lanes, 1>(reinterpret_cast<const std::byte*>(&from[registers * k + g][i]), partStride)[0];
       }));
     };
     std::array<FourRows, registers> samples, thresholds, results;
@@ -141,7 +141,7 @@ class SkewedRows {
       const auto columns = transpose<Element, lanes>(results[g]);
       forChannels<4>([&](auto k) ZIM_LAMBDA {
         store<Element, lanes, 1>(reinterpret_cast<std::byte*>(&results_[registers * k + g][i]), {columns[k]},
-                                 halfStride);
+                                 partStride);
       });
     });
   }
@@ -163,8 +163,8 @@ class SkewedRows {
     }
   }
 
-  // From the row of a lane to that of the same lane in the next half of a register.
-  static constexpr std::ptrdiff_t halfStride = std::ptrdiff_t{4} * registers * steps * sizeof(Element);
+  // From the row of a lane to that of the same lane in the next part of a register.
+  static constexpr std::ptrdiff_t partStride = std::ptrdiff_t{4} * registers * steps * sizeof(Element);
 
   Rule rule_;
   Zim32s width_;

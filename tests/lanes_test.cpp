@@ -520,7 +520,7 @@ void expectPackedBlock() {
 }
 
 TEST(PackedPixels, Blocks) {
-  if constexpr (kHalves > 1) {
+  if constexpr (kParts > 1) {
     expectPackedBlock<3, kLanes<Zim8u>>();
     expectPackedBlock<3, 2 * kLanes<Zim8u>>();
   }

@@ -12,7 +12,12 @@ constexpr int kSkipped = 77;
 [[gnu::constructor(101)]] void skipOnLesserProcessor() {
   const char* target = std::getenv("ZIMCC_EXPECT_TARGET");
   __builtin_cpu_init();
-  if (target != nullptr && std::strcmp(target, "v3") == 0 && !__builtin_cpu_supports("avx2")) _exit(kSkipped);
+  const auto isFor = [target](const char* level) { return target != nullptr && std::strcmp(target, level) == 0; };
+  const bool hasV3 = __builtin_cpu_supports("avx2");
+  const bool hasV4 = hasV3 && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+                     __builtin_cpu_supports("avx512cd") && __builtin_cpu_supports("avx512dq") &&
+                     __builtin_cpu_supports("avx512vl");
+  if ((isFor("v3") && !hasV3) || (isFor("v4") && !hasV4)) _exit(kSkipped);
 }
 
 }  // namespace

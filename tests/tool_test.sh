@@ -117,7 +117,7 @@ for name in $names; do
 done
 [[ $("$zimcc" list 'zimiRGBToGray_8u_*' | cut -d ' ' -f 1) == zimiRGBToGray_8u_AC4C1R$'\n'zimiRGBToGray_8u_C3C1R ]] ||
   fail "list with a pattern"
-"$zimcc" version | grep -Eq '^target +(mx|v3)$' || fail "version"
+"$zimcc" version | grep -Eq '^target +(mx|v3|v4)$' || fail "version"
 "$zimcc" --help | grep -q '^usage' || fail "help"
 "$zimcc" bench zimiRGBToGray_8u_C3C1R --size 64x48 | grep -Eq 'median +[0-9.]+ +[0-9.]+ +[0-9.]+' || fail "bench"
 

@@ -95,12 +95,9 @@ ZIM_INLINE Pixels<Zim64f, N, 4> loadColumns(const std::array<const double*, N>& 
   } else {
     const auto pair = [&](int column) ZIM_LAMBDA {
       const auto load = [&](std::size_t row) ZIM_LAMBDA {
-        const __m128d low = _mm_loadu_pd(rows[row] + column);
-#if defined(__AVX2__)
-        return (Register)_mm256_insertf128_pd(_mm256_castpd128_pd256(low), _mm_loadu_pd(rows[row + 2] + column), 1);
-#else
-        return (Register)low;
-#endif
+        return fromParts([&](int h) ZIM_LAMBDA {
+          return load128(reinterpret_cast<const std::byte*>(rows[row + 2 * static_cast<std::size_t>(h)] + column));
+        });
       };
       const Register even = load(0), odd = load(1);
       return std::array{Column::of((typename Column::Value)unpackLow<8>(even, odd)),

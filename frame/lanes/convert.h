@@ -67,14 +67,19 @@ ZIM_INLINE Lane<Wider<T>, N> widen(Lane<T, N> a) {
       lo = ZIM_MM(srai_epi32)(ZIM_MM(unpacklo_epi16)(zero, bits), 16);
       hi = ZIM_MM(srai_epi32)(ZIM_MM(unpackhi_epi16)(zero, bits), 16);
     } else {
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+      using HalfFloats = __m256;
+      const __m256i low = _mm512_castsi512_si256(bits), high = _mm512_extracti64x4_epi64(bits, 1);
+#elif defined(__AVX2__)
+      using HalfFloats = __m128;
       const __m128i low = _mm256_castsi256_si128(bits), high = _mm256_extracti128_si256(bits, 1);
 #else
+      using HalfFloats = __m128;
       const __m128i low = bits, high = _mm_unpackhi_epi64(bits, bits);
 #endif
       if constexpr (std::is_same_v<T, Zim32f>) {
-        lo = (Register)ZIM_MM(cvtps_pd)((__m128)low);
-        hi = (Register)ZIM_MM(cvtps_pd)((__m128)high);
+        lo = (Register)ZIM_MM(cvtps_pd)((HalfFloats)low);
+        hi = (Register)ZIM_MM(cvtps_pd)((HalfFloats)high);
       } else {
         lo = (Register)ZIM_MM(cvtepi32_pd)(low);
         hi = (Register)ZIM_MM(cvtepi32_pd)(high);
@@ -127,7 +132,7 @@ ZIM_INLINE Lane<To, N> narrow(Lane<T, N> a) {
         packed = ZIM_MM(packs_epi32)(lo, hi);
       } else if constexpr (std::is_same_v<To, Zim16u>) {
 #if defined(__AVX2__)
-        packed = _mm256_packus_epi32(lo, hi);
+        packed = ZIM_MM(packus_epi32)(lo, hi);
 #else
         // SSE2 packs with signed saturation only: negative lanes are cleared, the rest is packed around 32768.
         const auto shifted = [](__m128i x) {
@@ -138,7 +143,10 @@ ZIM_INLINE Lane<To, N> narrow(Lane<T, N> a) {
 #endif
       } else {
         static_assert(std::is_same_v<To, Zim32f> && std::is_same_v<T, Zim64f>);
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+        const auto low = (__m256d)_mm512_cvtpd_ps((__m512d)lo), high = (__m256d)_mm512_cvtpd_ps((__m512d)hi);
+        packed = (Register)_mm512_insertf64x4(_mm512_castpd256_pd512(low), high, 1);
+#elif defined(__AVX2__)
         packed = (Register)_mm256_set_m128(_mm256_cvtpd_ps((__m256d)hi), _mm256_cvtpd_ps((__m256d)lo));
 #else
         packed = (Register)_mm_movelh_ps(_mm_cvtpd_ps((__m128d)lo), _mm_cvtpd_ps((__m128d)hi));
@@ -182,7 +190,10 @@ ZIM_INLINE Lane<Zim32s, N> truncate(Lane<Zim64f, N> a) {
     if constexpr (Lane<Zim32s, N>::form == Form::split) {
       return Lane<Zim32s, N>::join(truncate(a.v.lo), truncate(a.v.hi));
     } else {
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+      const __m256i low = _mm512_cvttpd_epi32(a.v.lo.v), high = _mm512_cvttpd_epi32(a.v.hi.v);
+      const __m512i both = _mm512_inserti64x4(_mm512_castsi256_si512(low), high, 1);
+#elif defined(__AVX2__)
       const __m256i both = _mm256_set_m128i(_mm256_cvttpd_epi32(a.v.hi.v), _mm256_cvttpd_epi32(a.v.lo.v));
 #else
       const __m128i both = _mm_unpacklo_epi64(_mm_cvttpd_epi32(a.v.lo.v), _mm_cvttpd_epi32(a.v.hi.v));
@@ -345,7 +356,7 @@ template <int shift, int N>
 ZIM_INLINE Lane<Zim16s, N> roundingShift(Lane<Zim16s, N> a) {
 #if defined(__AVX2__)
   if constexpr (Lane<Zim16s, N>::form == Form::whole) {
-    const Register scaled = _mm256_mulhrs_epi16((Register)a.v, _mm256_set1_epi16(1 << (15 - shift)));
+    const Register scaled = ZIM_MM(mulhrs_epi16)((Register)a.v, ZIM_MM(set1_epi16)(1 << (15 - shift)));
     return Lane<Zim16s, N>::of((typename Lane<Zim16s, N>::Value)scaled);
   }
 #endif

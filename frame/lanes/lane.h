@@ -1,12 +1,12 @@
 // Lane<T, N>: N values of type T that are computed on together, element by element.
 //
 // One text serves three forms. N = 1 holds a plain T, for single pixels. N * sizeof(T) equal to the register holds one
-// SSE2 or AVX2 register. A larger N is split into two halves of N / 2, so that a kernel may mix sample widths: the 16
-// products of 16 s16 lanes are one Lane<Zim32s, 16>, in however many registers that takes.
+// SSE2, AVX2 or AVX-512 register. A larger N is split into two halves of N / 2, so that a kernel may mix sample widths:
+// the 16 products of 16 s16 lanes are one Lane<Zim32s, 16>, in however many registers that takes.
 //
-// On AVX2 everything works within the 128-bit halves of a register, as on two SSE2 registers side by side: the lower
-// halves belong to the first half of a block of pixels, the upper halves to the second. Widening and narrowing then
-// need no crossing of halves; loads and stores bring the halves to their places (memory.h).
+// Everything works within the 128-bit parts of a register, of which AVX2 has two and AVX-512 four, as on so many SSE2
+// registers side by side: the first parts belong to the first half, or quarter, of a block of pixels, and so on.
+// Widening and narrowing then need no crossing of parts; loads and stores bring the parts to their places (memory.h).
 //
 // Integer arithmetic wraps. Comparisons give masks of all ones or all zeros. Nothing here has undefined behaviour.
 #pragma once
@@ -28,7 +28,12 @@
 #define ZIM_LAMBDA __attribute__((always_inline))
 
 // An intrinsic at the width of the build's registers.
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+#define ZIM_MM(operation) _mm512_##operation
+#define ZIM_MM_BITS(operation) _mm512_##operation##_si512
+#define ZIM_FLOATS __m512
+#define ZIM_DOUBLES __m512d
+#elif defined(__AVX2__)
 #define ZIM_MM(operation) _mm256_##operation
 #define ZIM_MM_BITS(operation) _mm256_##operation##_si256
 #define ZIM_FLOATS __m256
@@ -43,13 +48,15 @@
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
 
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+using Register = __m512i;
+#elif defined(__AVX2__)
 using Register = __m256i;
 #else
 using Register = __m128i;
 #endif
 inline constexpr int kRegisterBytes = sizeof(Register);
-inline constexpr int kHalves = kRegisterBytes / 16;
+inline constexpr int kParts = kRegisterBytes / 16;
 
 template <class T>
 inline constexpr int kLanes = kRegisterBytes / static_cast<int>(sizeof(T));
@@ -121,7 +128,7 @@ struct LaneValue<T, N, Form::whole> {
     } else if constexpr (std::is_same_v<T, double>) {
       return (Value)ZIM_MM(set1_pd)(x);
     } else {
-      return (Value)ZIM_MM(set1_epi64x)(std::bit_cast<long long>(x));
+      return (Value)(typename Vector<long long>::Type{} + std::bit_cast<long long>(x));
     }
   }
 };
@@ -251,7 +258,10 @@ ZIM_INLINE Lane<T, N> select(Lane<SignedOf<T>, N> mask, Lane<T, N> a, Lane<T, N>
   } else if constexpr (Lane<T, N>::form == Form::single) {
     return mask.v != 0 ? a : b;
   } else {
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+    // The compiler keeps the outcome of a comparison in a mask register for this.
+    return Lane<T, N>::of(mask.v ? a.v : b.v);
+#elif defined(__AVX2__)
     return Lane<T, N>::of(
         (typename Lane<T, N>::Value)_mm256_blendv_epi8((Register)b.v, (Register)a.v, (Register)mask.v));
 #else
@@ -270,7 +280,11 @@ ZIM_INLINE bool any(Lane<T, N> mask) {
   } else if constexpr (Lane<T, N>::form == Form::single) {
     return mask.v != 0;
   } else {
+#if defined(__AVX512BW__)
+    return _mm512_test_epi32_mask((Register)mask.v, (Register)mask.v) != 0;
+#else
     return ZIM_MM(movemask_epi8)((Register)mask.v) != 0;
+#endif
   }
 }
 
@@ -283,7 +297,7 @@ ZIM_INLINE Lane<T, N> factor(T x) {
     return Lane<T, N>::join(half, half);
   } else {
     Lane<T, N> all(x);
-    if constexpr (kForm<T, N> == Form::whole) asm("" : "+x"(all.v));
+    if constexpr (kForm<T, N> == Form::whole) asm("" : "+v"(all.v));
     return all;
   }
 }
@@ -308,7 +322,11 @@ ZIM_INLINE std::uint64_t signBits(Lane<Zim8s, N> a) {
   if constexpr (N == 1) {
     return a.v < 0 ? 1 : 0;
   } else {
+#if defined(__AVX512BW__)
+    return _mm512_movepi8_mask((Register)a.v);
+#else
     return static_cast<std::uint32_t>(ZIM_MM(movemask_epi8)((Register)a.v));
+#endif
   }
 }
 
@@ -318,6 +336,9 @@ ZIM_INLINE Lane<Zim8s, N> maskOfBits(std::uint64_t bits) {
   if constexpr (N == 1) {
     return Lane<Zim8s, N>(static_cast<Zim8s>(-static_cast<int>(bits & 1)));
   } else {
+#if defined(__AVX512BW__)
+    return Lane<Zim8s, N>::of((typename Lane<Zim8s, N>::Value)_mm512_movm_epi8(bits));
+#else
     // Each byte of bits to eight lanes, which keep one bit each.
 #if defined(__AVX2__)
     const auto lanesOfBytes = _mm256_setr_epi64x(0, 0x0101010101010101, 0x0202020202020202, 0x0303030303030303);
@@ -329,6 +350,7 @@ ZIM_INLINE Lane<Zim8s, N> maskOfBits(std::uint64_t bits) {
 #endif
     const auto own = ZIM_MM(set1_epi64x)(static_cast<long long>(0x8040201008040201));
     return Lane<Zim8s, N>::of((typename Lane<Zim8s, N>::Value)ZIM_MM(cmpeq_epi8)(spread & own, own));
+#endif
   }
 }
 

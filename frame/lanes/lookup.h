@@ -15,7 +15,9 @@ ZIM_INLINE Lane<Zim32s, N> lookUp(const std::array<Zim32s, Size>& table, Lane<Zi
   } else if constexpr (Result::form == Form::split) {
     return Result::join(lookUp(table, index.v.lo), lookUp(table, index.v.hi));
   } else {
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+    return Result::of((typename Result::Value)_mm512_i32gather_epi32((Register)index.v, table.data(), 4));
+#elif defined(__AVX2__)
     return Result::of((typename Result::Value)_mm256_i32gather_epi32(table.data(), (Register)index.v, 4));
 #else
     const auto entry = [&](auto i) ZIM_LAMBDA { return table[static_cast<std::size_t>(index.v[i])]; };

@@ -1,8 +1,8 @@
 // Loads and stores of lanes: contiguous samples, and two, three or four interleaved channels.
 //
-// A block of N pixels is laid over the registers by halves: the 128-bit half h of every register takes its samples from
-// half h of the block, and the registers of a wider sample type follow one another within each half. On SSE2, where a
-// register has one half, this is the plain order of memory.
+// A block of N pixels is laid over the registers by parts: the 128-bit part h of every register takes its samples from
+// part h of the block, its half on AVX2 and its quarter on AVX-512, and the registers of a wider sample type follow one
+// another within each part. On SSE2, where a register has one part, this is the plain order of memory.
 #pragma once
 
 #include <cstring>
@@ -12,47 +12,79 @@
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
 
-// Exactly the bytes of one register, from two places 16 bytes wide that lie halfStride apart.
-ZIM_INLINE Register loadHalves(const std::byte* p, [[maybe_unused]] std::ptrdiff_t halfStride) {
-#if defined(__AVX2__)
-  if (__builtin_constant_p(halfStride == 16) && halfStride == 16) {
-    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
-  }
-  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-  const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + halfStride));
-  return _mm256_inserti128_si256(_mm256_castsi128_si256(low), high, 1);
+// A register of the parts part(0), part(1), ...
+template <class Part>
+ZIM_INLINE Register fromParts(const Part& part) {
+#if defined(__AVX512BW__)
+  const __m256i low = _mm256_inserti128_si256(_mm256_castsi128_si256(part(0)), part(1), 1);
+  const __m256i high = _mm256_inserti128_si256(_mm256_castsi128_si256(part(2)), part(3), 1);
+  return _mm512_inserti64x4(_mm512_castsi256_si512(low), high, 1);
+#elif defined(__AVX2__)
+  return _mm256_inserti128_si256(_mm256_castsi128_si256(part(0)), part(1), 1);
 #else
-  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+  return part(0);
 #endif
 }
-ZIM_INLINE void storeHalves(std::byte* p, [[maybe_unused]] std::ptrdiff_t halfStride, Register a) {
-#if defined(__AVX2__)
-  if (__builtin_constant_p(halfStride == 16) && halfStride == 16) {
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), a);
-    return;
-  }
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(a));
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(p + halfStride), _mm256_extracti128_si256(a, 1));
+template <int h>
+ZIM_INLINE __m128i partOf(Register a) {
+#if defined(__AVX512BW__)
+  return _mm512_extracti32x4_epi32(a, h);
+#elif defined(__AVX2__)
+  return _mm256_extracti128_si256(a, h);
 #else
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a);
+  return a;
 #endif
 }
 
-// The same, but for the last unread bytes of the second place: the upper half ends in zeros there.
+ZIM_INLINE __m128i load128(const std::byte* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
+ZIM_INLINE Register loadRegister(const std::byte* p) {
+  return ZIM_MM_BITS(loadu)(reinterpret_cast<const Register*>(p));
+}
+ZIM_INLINE void storeRegister(std::byte* p, Register a) { ZIM_MM_BITS(storeu)(reinterpret_cast<Register*>(p), a); }
+
+#if defined(__AVX512BW__)
+// Samples of so many bytes, those whose bits are set.
+template <int ElementBytes>
+ZIM_INLINE void storeMasked(std::byte* p, __mmask64 mask, Register a) {
+  if constexpr (ElementBytes == 1) {
+    _mm512_mask_storeu_epi8(p, mask, a);
+  } else if constexpr (ElementBytes == 2) {
+    _mm512_mask_storeu_epi16(p, static_cast<__mmask32>(mask), a);
+  } else {
+    _mm512_mask_storeu_epi32(p, static_cast<__mmask16>(mask), a);
+  }
+}
+// The first Channels of every Stride samples.
+template <std::size_t Channels, std::size_t Stride>
+inline constexpr __mmask64 kOfPixels = ~__mmask64{0} / ((__mmask64{1} << Stride) - 1) *
+                                       ((__mmask64{1} << Channels) - 1);
+#endif
+
+// Exactly the bytes of one register, from places 16 bytes wide that lie partStride apart.
+ZIM_INLINE Register loadParts(const std::byte* p, std::ptrdiff_t partStride) {
+  if (kParts == 1 || (__builtin_constant_p(partStride == 16) && partStride == 16)) return loadRegister(p);
+  return fromParts([&](int h) ZIM_LAMBDA { return load128(p + h * partStride); });
+}
+ZIM_INLINE void storeParts(std::byte* p, std::ptrdiff_t partStride, Register a) {
+  if (kParts == 1 || (__builtin_constant_p(partStride == 16) && partStride == 16)) {
+    storeRegister(p, a);
+  } else {
+    forChannels<kParts>([&](auto h) ZIM_LAMBDA {
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(p + std::ptrdiff_t{h} * partStride), partOf<h>(a));
+    });
+  }
+}
+
+// The same, but for the last unread bytes of the last place: the last part ends in zeros there.
 template <int unread>
-ZIM_INLINE Register loadHalvesShort(const std::byte* p, [[maybe_unused]] std::ptrdiff_t halfStride) {
-  const auto shortHalf = [](const std::byte* end) {
-    return _mm_srli_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(end - unread)), unread);
-  };
-#if defined(__AVX2__)
-  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-  return _mm256_inserti128_si256(_mm256_castsi128_si256(low), shortHalf(p + halfStride), 1);
-#else
-  return shortHalf(p);
-#endif
+ZIM_INLINE Register loadPartsShort(const std::byte* p, std::ptrdiff_t partStride) {
+  return fromParts([&](int h) ZIM_LAMBDA {
+    const std::byte* const part = p + h * partStride;
+    return h < kParts - 1 ? load128(part) : _mm_srli_si128(load128(part - unread), unread);
+  });
 }
 
-// ---- Order of samples within registers, the same in each 128-bit half ----
+// ---- Order of samples within registers, the same in each 128-bit part ----
 
 template <int ElementBytes>
 ZIM_INLINE Register unpackLow(Register a, Register b) {
@@ -103,7 +135,7 @@ ZIM_INLINE Registers<4> perfectShuffles(Registers<4> r) {
 template <int ElementBytes>
 inline constexpr int kRounds = std::bit_width(16U / ElementBytes) - 1;
 
-// Two elements of a, then two of b, in each half.
+// Two elements of a, then two of b, in each part.
 template <int A0, int A1, int B0, int B1>
 ZIM_INLINE Register pick(Register a, Register b) {
   return (Register)ZIM_MM(shuffle_ps)((ZIM_FLOATS)a, (ZIM_FLOATS)b, _MM_SHUFFLE(B1, B0, A1, A0));
@@ -111,7 +143,7 @@ ZIM_INLINE Register pick(Register a, Register b) {
 // An element of 8 bytes of a, then one of b.
 template <int A, int B>
 ZIM_INLINE Register pickWide(Register a, Register b) {
-  constexpr int selector = kHalves == 1 ? A | B << 1 : (A | B << 1) * 5;
+  constexpr int selector = (A | B << 1) * (kParts == 1 ? 1 : kParts == 2 ? 5 : 85);
   return (Register)ZIM_MM(shuffle_pd)((ZIM_DOUBLES)a, (ZIM_DOUBLES)b, selector);
 }
 
@@ -140,8 +172,13 @@ ZIM_INLINE Registers<3> interleaveWide(Registers<3> channel) {
 
 using ByteTable = std::array<std::int8_t, 16>;
 
-ZIM_INLINE Register inBothHalves(const ByteTable& table) {
-  return _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(table.data())));
+ZIM_INLINE Register inEveryPart(const ByteTable& table) {
+  const __m128i part = load128(reinterpret_cast<const std::byte*>(table.data()));
+#if defined(__AVX512BW__)
+  return _mm512_broadcast_i32x4(part);
+#else
+  return _mm256_broadcastsi128_si256(part);
+#endif
 }
 
 // Where the elements of three interleaved channels lie in their three registers: the element at position i of register
@@ -172,17 +209,35 @@ struct ThreeChannels {
   static constexpr bool belongs(int i, int r, int c) { return (i + r * n) % 3 == c; }
 };
 
-// b at the element positions of register r that belong to channel c, a elsewhere.
-template <int ElementBytes, int R, int C>
+// b at the element positions of register r that belong to channel c, a elsewhere; of registers or parts of n elements.
+template <int ElementBytes, int R, int C, int n = 16 / ElementBytes>
 ZIM_INLINE Register blendChannel(Register a, Register b) {
   using Layout = ThreeChannels<ElementBytes>;
+#if defined(__AVX512BW__)
+  constexpr __mmask64 mask = [] {
+    __mmask64 bits = 0;
+    for (int i = 0; i < kRegisterBytes / ElementBytes; ++i) {
+      bits |= __mmask64{Layout::belongs(i % n, R, C)} << i;
+    }
+    return bits;
+  }();
+  if constexpr (ElementBytes == 1) {
+    return _mm512_mask_blend_epi8(mask, a, b);
+  } else if constexpr (ElementBytes == 2) {
+    return _mm512_mask_blend_epi16(static_cast<__mmask32>(mask), a, b);
+  } else if constexpr (ElementBytes == 4) {
+    return _mm512_mask_blend_epi32(static_cast<__mmask16>(mask), a, b);
+  } else {
+    return _mm512_mask_blend_epi64(static_cast<__mmask8>(mask), a, b);
+  }
+#else
   if constexpr (ElementBytes == 1) {
     static constexpr ByteTable mask = [] {
       ByteTable table{};
       for (int i = 0; i < 16; ++i) table[static_cast<std::size_t>(i)] = Layout::belongs(i, R, C) ? -1 : 0;
       return table;
     }();
-    return _mm256_blendv_epi8(a, b, inBothHalves(mask));
+    return _mm256_blendv_epi8(a, b, inEveryPart(mask));
   } else {
     constexpr int mask = [] {
       int bits = 0;
@@ -191,12 +246,13 @@ ZIM_INLINE Register blendChannel(Register a, Register b) {
     }();
     return _mm256_blend_epi16(a, b, mask);
   }
+#endif
 }
 
 template <int ElementBytes, int C>
 ZIM_INLINE Register gatherChannel(Registers<3> r) {
   const Register blended = blendChannel<ElementBytes, 2, C>(blendChannel<ElementBytes, 1, C>(r[0], r[1]), r[2]);
-  return _mm256_shuffle_epi8(blended, inBothHalves(ThreeChannels<ElementBytes>::gather[C]));
+  return ZIM_MM(shuffle_epi8)(blended, inEveryPart(ThreeChannels<ElementBytes>::gather[C]));
 }
 template <int ElementBytes>
 ZIM_INLINE Registers<3> deinterleave(Registers<3> r) {
@@ -208,12 +264,12 @@ ZIM_INLINE Registers<3> deinterleave(Registers<3> r) {
 }
 
 // Three channels whose elements are at their positions.
-template <int ElementBytes>
+template <int ElementBytes, int n = 16 / ElementBytes>
 ZIM_INLINE Registers<3> blendChannels(const Registers<3>& channel) {
   const auto& [a, b, c] = channel;
-  return {blendChannel<ElementBytes, 0, 2>(blendChannel<ElementBytes, 0, 1>(a, b), c),
-          blendChannel<ElementBytes, 1, 2>(blendChannel<ElementBytes, 1, 1>(a, b), c),
-          blendChannel<ElementBytes, 2, 2>(blendChannel<ElementBytes, 2, 1>(a, b), c)};
+  return {blendChannel<ElementBytes, 0, 2, n>(blendChannel<ElementBytes, 0, 1, n>(a, b), c),
+          blendChannel<ElementBytes, 1, 2, n>(blendChannel<ElementBytes, 1, 1, n>(a, b), c),
+          blendChannel<ElementBytes, 2, 2, n>(blendChannel<ElementBytes, 2, 1, n>(a, b), c)};
 }
 
 template <int ElementBytes>
@@ -223,7 +279,7 @@ ZIM_INLINE Registers<3> interleave(Registers<3> channel) {
   } else {
     using Layout = ThreeChannels<ElementBytes>;
     return blendChannels<ElementBytes>(perChannel<3>(
-        [&](auto i) ZIM_LAMBDA { return _mm256_shuffle_epi8(channel[i], inBothHalves(Layout::scatter[i])); }));
+        [&](auto i) ZIM_LAMBDA { return ZIM_MM(shuffle_epi8)(channel[i], inEveryPart(Layout::scatter[i])); }));
   }
 }
 
@@ -232,8 +288,8 @@ ZIM_INLINE Registers<4> deinterleave(Registers<4> r) {
   if constexpr (ElementBytes == 1) {
     // Four pixels to a group of four bytes a channel, then a transposition of 4 by 4 groups.
     static constexpr ByteTable groups = {0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15};
-    const Register order = inBothHalves(groups);
-    r = perChannel<4>([&](auto c) ZIM_LAMBDA { return _mm256_shuffle_epi8(r[c], order); });
+    const Register order = inEveryPart(groups);
+    r = perChannel<4>([&](auto c) ZIM_LAMBDA { return ZIM_MM(shuffle_epi8)(r[c], order); });
     return perfectShuffles<4, 2>(r);
   } else {
     return perfectShuffles<ElementBytes, kRounds<ElementBytes>>(r);
@@ -309,81 +365,389 @@ ZIM_INLINE Registers<2> deinterleave(Registers<2> r) {
   }
 }
 
+// ---- Order of parts ----
+//
+// Of Count registers that follow one another in memory part i is, in the order of a block, part i / Count of register
+// i % Count.
+
+#if defined(__AVX512BW__)
+
+// Two parts of a, then two of b.
+template <int A0, int A1, int B0, int B1>
+ZIM_INLINE Register pickParts(Register a, Register b) {
+  return _mm512_shuffle_i64x2(a, b, _MM_SHUFFLE(B1, B0, A1, A0));
+}
+// The first two parts of each in turn, or the last two.
+ZIM_INLINE Register lowPartsInTurn(Register a, Register b) {
+  return _mm512_permutex2var_epi64(a, _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11), b);
+}
+ZIM_INLINE Register highPartsInTurn(Register a, Register b) {
+  return _mm512_permutex2var_epi64(a, _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15), b);
+}
+
+// Part i of register k to part k of register i.
+ZIM_INLINE Registers<4> transposedParts(const Registers<4>& r) {
+  const Register a = pickParts<0, 1, 0, 1>(r[0], r[1]), b = pickParts<0, 1, 0, 1>(r[2], r[3]);
+  const Register c = pickParts<2, 3, 2, 3>(r[0], r[1]), d = pickParts<2, 3, 2, 3>(r[2], r[3]);
+  return {pickParts<0, 2, 0, 2>(a, b), pickParts<1, 3, 1, 3>(a, b), pickParts<0, 2, 0, 2>(c, d),
+          pickParts<1, 3, 1, 3>(c, d)};
+}
+
+template <std::size_t Count>
+ZIM_INLINE Registers<Count> inMemoryOrder(const Registers<Count>& r) {
+  if constexpr (Count == 1) {
+    return r;
+  } else if constexpr (Count == 2) {
+    return {lowPartsInTurn(r[0], r[1]), highPartsInTurn(r[0], r[1])};
+  } else {
+    static_assert(Count % 4 == 0);
+    constexpr std::size_t quarter = Count / 4;
+    const auto four = perChannel<quarter>([&](auto x) ZIM_LAMBDA {
+      return transposedParts({r[4 * x], r[4 * x + 1], r[4 * x + 2], r[4 * x + 3]});
+    });
+    return perChannel<Count>([&](auto i) ZIM_LAMBDA { return four[i % quarter][i / quarter]; });
+  }
+}
+template <std::size_t Count>
+ZIM_INLINE Registers<Count> inBlockOrder(const Registers<Count>& r) {
+  if constexpr (Count == 1) {
+    return r;
+  } else if constexpr (Count == 2) {
+    return {pickParts<0, 2, 0, 2>(r[0], r[1]), pickParts<1, 3, 1, 3>(r[0], r[1])};
+  } else {
+    static_assert(Count % 4 == 0);
+    constexpr std::size_t quarter = Count / 4;
+    const auto four = perChannel<quarter>([&](auto x) ZIM_LAMBDA {
+      return transposedParts({r[x], r[x + quarter], r[x + 2 * quarter], r[x + 3 * quarter]});
+    });
+    return perChannel<Count>([&](auto i) ZIM_LAMBDA { return four[i / 4][i % 4]; });
+  }
+}
+
+// ---- Channels apart and together across parts ----
+//
+// Lanes of every size but one byte find their places anywhere in a register in one step. So three or four interleaved
+// channels come apart from whole registers into lanes in the order of memory, with no step for the parts.
+
+template <int ElementBytes, std::size_t Channels>
+inline constexpr bool kAcrossParts = Channels == 3 ? ElementBytes > 1 : Channels == 4 && ElementBytes < 8;
+
+template <int ElementBytes>
+using Places = std::array<typename IntegerOfSize<ElementBytes>::Signed, kRegisterBytes / ElementBytes>;
+
+template <int ElementBytes>
+ZIM_INLINE Register permute(Register a, const Places<ElementBytes>& places) {
+  const Register order = _mm512_load_si512(places.data());
+  if constexpr (ElementBytes == 2) {
+    return _mm512_permutexvar_epi16(order, a);
+  } else if constexpr (ElementBytes == 4) {
+    return _mm512_permutexvar_epi32(order, a);
+  } else {
+    return _mm512_permutexvar_epi64(order, a);
+  }
+}
+
+// As with ThreeChannels, over whole registers.
+template <int ElementBytes>
+struct ThreeWholeChannels {
+  static constexpr int n = kRegisterBytes / ElementBytes;
+  using Element = typename Places<ElementBytes>::value_type;
+  alignas(kRegisterBytes) static constexpr std::array<Places<ElementBytes>, 3> gather = [] {
+    std::array<Places<ElementBytes>, 3> places{};
+    for (int c = 0; c < 3; ++c) {
+      for (int i = 0; i < n; ++i) {
+        places[static_cast<std::size_t>(c)][static_cast<std::size_t>(i)] = static_cast<Element>((3 * i + c) % n);
+      }
+    }
+    return places;
+  }();
+  alignas(kRegisterBytes) static constexpr std::array<Places<ElementBytes>, 3> scatter = [] {
+    std::array<Places<ElementBytes>, 3> places{};
+    for (std::size_t c = 0; c < 3; ++c) {
+      for (std::size_t i = 0; i < n; ++i) {
+        places[c][static_cast<std::size_t>(gather[c][i])] = static_cast<Element>(i);
+      }
+    }
+    return places;
+  }();
+};
+
+// Groups of four bytes in the order of memory: four pixels, or two, to a group of each channel; and back.
+template <int ElementBytes>
+ZIM_INLINE Register groupChannels(Register r) {
+  if constexpr (ElementBytes == 4) {
+    return r;
+  } else {
+    static constexpr ByteTable groups = ElementBytes == 1
+                                            ? ByteTable{0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15}
+                                            : ByteTable{0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15};
+    return _mm512_shuffle_epi8(r, inEveryPart(groups));
+  }
+}
+template <int ElementBytes>
+ZIM_INLINE Register ungroupChannels(Register r) {
+  if constexpr (ElementBytes == 2) {
+    static constexpr ByteTable pixels = {0, 1, 4, 5, 8, 9, 12, 13, 2, 3, 6, 7, 10, 11, 14, 15};
+    return _mm512_shuffle_epi8(r, inEveryPart(pixels));
+  } else {
+    return groupChannels<ElementBytes>(r);  // four by four, their own transposition
+  }
+}
+
+template <int ElementBytes>
+ZIM_INLINE Registers<3> deinterleaveAcross(const Registers<3>& r) {
+  return perChannel<3>([&](auto c) ZIM_LAMBDA {
+    constexpr int n = ThreeWholeChannels<ElementBytes>::n;
+    const Register blended = blendChannel<ElementBytes, 2, c, n>(blendChannel<ElementBytes, 1, c, n>(r[0], r[1]), r[2]);
+    return permute<ElementBytes>(blended, ThreeWholeChannels<ElementBytes>::gather[c]);
+  });
+}
+template <int ElementBytes>
+ZIM_INLINE Registers<3> interleaveAcross(const Registers<3>& channel) {
+  return blendChannels<ElementBytes, ThreeWholeChannels<ElementBytes>::n>(perChannel<3>([&](auto c) ZIM_LAMBDA {
+    return permute<ElementBytes>(channel[c], ThreeWholeChannels<ElementBytes>::scatter[c]);
+  }));
+}
+
+template <int ElementBytes>
+ZIM_INLINE Registers<4> deinterleaveAcross(const Registers<4>& r) {
+  const auto xy = _mm512_setr_epi32(0, 4, 8, 12, 16, 20, 24, 28, 1, 5, 9, 13, 17, 21, 25, 29);
+  const auto zw = _mm512_setr_epi32(2, 6, 10, 14, 18, 22, 26, 30, 3, 7, 11, 15, 19, 23, 27, 31);
+  const auto g = perChannel<4>([&](auto i) ZIM_LAMBDA { return groupChannels<ElementBytes>(r[i]); });
+  const Register a = _mm512_permutex2var_epi32(g[0], xy, g[1]), b = _mm512_permutex2var_epi32(g[0], zw, g[1]);
+  const Register c = _mm512_permutex2var_epi32(g[2], xy, g[3]), d = _mm512_permutex2var_epi32(g[2], zw, g[3]);
+  return {pickParts<0, 1, 0, 1>(a, c), pickParts<2, 3, 2, 3>(a, c), pickParts<0, 1, 0, 1>(b, d),
+          pickParts<2, 3, 2, 3>(b, d)};
+}
+template <int ElementBytes>
+ZIM_INLINE Registers<4> interleaveAcross(const Registers<4>& channel) {
+  const auto& [x, y, z, w] = channel;
+  const Register a = pickParts<0, 1, 0, 1>(x, y), b = pickParts<0, 1, 0, 1>(z, w);
+  const Register c = pickParts<2, 3, 2, 3>(x, y), d = pickParts<2, 3, 2, 3>(z, w);
+  const auto first = _mm512_setr_epi32(0, 8, 16, 24, 1, 9, 17, 25, 2, 10, 18, 26, 3, 11, 19, 27);
+  const auto last = _mm512_setr_epi32(4, 12, 20, 28, 5, 13, 21, 29, 6, 14, 22, 30, 7, 15, 23, 31);
+  return {ungroupChannels<ElementBytes>(_mm512_permutex2var_epi32(a, first, b)),
+          ungroupChannels<ElementBytes>(_mm512_permutex2var_epi32(a, last, b)),
+          ungroupChannels<ElementBytes>(_mm512_permutex2var_epi32(c, first, d)),
+          ungroupChannels<ElementBytes>(_mm512_permutex2var_epi32(c, last, d))};
+}
+
+#else
+
+template <int ElementBytes, std::size_t Channels>
+inline constexpr bool kAcrossParts = false;
+
+#endif
+
+#if !defined(__AVX512BW__) && defined(__AVX2__)
+
+template <std::size_t Count>
+ZIM_INLINE Registers<Count> inMemoryOrder(const Registers<Count>& r) {
+  const auto low = [&](std::size_t i) ZIM_LAMBDA { return _mm256_permute2x128_si256(r[i], r[i + 1], 0x20); };
+  const auto high = [&](std::size_t i) ZIM_LAMBDA { return _mm256_permute2x128_si256(r[i], r[i + 1], 0x31); };
+  if constexpr (Count == 3) {
+    return {low(0), _mm256_blend_epi32(r[2], r[0], 0xF0), high(1)};
+  } else {
+    static_assert(Count % 2 == 0);
+    return perChannel<Count>([&](auto i) ZIM_LAMBDA { return i < Count / 2 ? low(2 * i) : high(2 * i - Count); });
+  }
+}
+
+#endif
+
 // ---- Blocks of pixels ----
 
-// Bytes of one half of a block of N pixels with so many interleaved channels.
+// Bytes of one part of a block of N pixels with so many interleaved channels.
 template <class T, int N, std::size_t Channels>
-inline constexpr std::ptrdiff_t kHalfStride = N / kHalves* static_cast<std::ptrdiff_t>(sizeof(T) * Channels);
+inline constexpr std::ptrdiff_t kPartStride = N / kParts* static_cast<std::ptrdiff_t>(sizeof(T) * Channels);
+
+template <class T, int N, std::size_t Channels>
+inline constexpr std::size_t kRegistersOf = N * sizeof(T) * Channels / kRegisterBytes;
+
+// So many registers of a block are brought into the order of memory together, and then stored.
+inline constexpr std::size_t kMostStoredTogether = kParts == 4 ? 16 : 4;
+
+// Registers as they lie in memory; of the last one all but the last unread bytes, which come as zeros.
+template <std::size_t Count, int unread>
+ZIM_INLINE Registers<Count> loadWhole(const std::byte* p) {
+  return perChannel<Count>([&](auto i) ZIM_LAMBDA {
+    const std::byte* const from = p + kRegisterBytes * i;
+    constexpr bool isShort = unread > 0 && i == Count - 1;
+    return isShort ? loadPartsShort<unread>(from, 16) : loadRegister(from);
+  });
+}
+
+// The registers of interleaved channels, in the order of a block.
+template <class T, int N, std::size_t Channels>
+ZIM_INLINE auto toRegisters(const Pixels<T, N, Channels>& pixels) {
+  if constexpr (kForm<T, N> == Form::split) {
+    const auto lo = toRegisters<T, N / 2, Channels>(lowHalves(pixels));
+    const auto hi = toRegisters<T, N / 2, Channels>(highHalves(pixels));
+    return perChannel<2 * lo.size()>([&](auto i) ZIM_LAMBDA { return i < lo.size() ? lo[i] : hi[i - lo.size()]; });
+  } else {
+    Registers<Channels> r = perChannel<Channels>([&](auto c) ZIM_LAMBDA { return (Register)pixels[c].v; });
+    if constexpr (Channels > 1) r = interleave<sizeof(T)>(r);
+    return r;
+  }
+}
+// Lanes from their registers.
+template <class T, int N, std::size_t first = 0, std::size_t Count>
+ZIM_INLINE Lane<T, N> joinRegisters(const Registers<Count>& r) {
+  if constexpr (kForm<T, N> == Form::split) {
+    return Lane<T, N>::join(joinRegisters<T, N / 2, first>(r), joinRegisters<T, N / 2, first + N / 2 / kLanes<T>>(r));
+  } else {
+    return Lane<T, N>::of((typename Lane<T, N>::Value)r[first]);
+  }
+}
+
+#if defined(__AVX512BW__)
+
+// N pixels of whole registers: each channel comes apart in the order of memory, and then into that of the block.
+template <class T, int N, std::size_t Channels, int unread>
+ZIM_INLINE Pixels<T, N, Channels> loadAcross(const std::byte* p) {
+  constexpr std::size_t groups = N / kLanes<T>;
+  const auto r = loadWhole<groups * Channels, unread>(p);
+  const auto apart = perChannel<groups>([&](auto g) ZIM_LAMBDA {
+    const Registers<Channels> group = perChannel<Channels>([&](auto c) ZIM_LAMBDA { return r[g * Channels + c]; });
+    if constexpr (Channels == 1) {
+      return group;
+    } else {
+      return deinterleaveAcross<sizeof(T)>(group);
+    }
+  });
+  return perChannel<Channels>([&](auto c) ZIM_LAMBDA {
+    return joinRegisters<T, N>(inBlockOrder(perChannel<groups>([&](auto g) ZIM_LAMBDA { return apart[g][c]; })));
+  });
+}
+// The registers of N pixels as they lie in memory.
+template <class T, int N, std::size_t Channels>
+ZIM_INLINE auto registersAcross(const Pixels<T, N, Channels>& pixels) {
+  constexpr std::size_t groups = N / kLanes<T>;
+  const auto apart =
+      perChannel<Channels>([&](auto c) ZIM_LAMBDA { return inMemoryOrder(toRegisters<T, N, 1>({pixels[c]})); });
+  const auto together = perChannel<groups>([&](auto g) ZIM_LAMBDA {
+    return interleaveAcross<sizeof(T)>(perChannel<Channels>([&](auto c) ZIM_LAMBDA { return apart[c][g]; }));
+  });
+  return perChannel<groups * Channels>([&](auto i) ZIM_LAMBDA { return together[i / Channels][i % Channels]; });
+}
+
+#endif
 
 // Loads N pixels of interleaved channels (one channel: contiguous samples); reads those bytes and no others. A short
 // load leaves out the very last sample and gives zero for it.
 enum class Extent { whole, shortOfLast };
 
 template <class T, int N, std::size_t Channels, Extent extent = Extent::whole>
-ZIM_INLINE Pixels<T, N, Channels> load(const std::byte* p, std::ptrdiff_t halfStride = kHalfStride<T, N, Channels>) {
+ZIM_INLINE Pixels<T, N, Channels> load(const std::byte* p, std::ptrdiff_t partStride = kPartStride<T, N, Channels>) {
+  constexpr int unread = extent == Extent::shortOfLast ? sizeof(T) : 0;
   if constexpr (N == 1) {
     return perChannel<Channels>([&](auto c) ZIM_LAMBDA {
       T sample;
       std::memcpy(&sample, p + c * sizeof(T), sizeof(T));
       return Lane<T, N>(sample);
     });
-  } else if constexpr (kForm<T, N> == Form::split) {
-    const auto lo = load<T, N / 2, Channels>(p, halfStride);
-    const auto hi = load<T, N / 2, Channels, extent>(p + kHalfStride<T, N / 2, Channels>, halfStride);
-    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::join(lo[c], hi[c]); });
   } else {
-    Registers<Channels> r = perChannel<Channels>([&](auto c) ZIM_LAMBDA {
-      constexpr bool isShort = extent == Extent::shortOfLast && c == Channels - 1;
-      return isShort ? loadHalvesShort<sizeof(T)>(p + 16 * c, halfStride) : loadHalves(p + 16 * c, halfStride);
-    });
-    if constexpr (Channels > 1) r = deinterleave<sizeof(T)>(r);
-    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::of((typename Lane<T, N>::Value)r[c]); });
+#if defined(__AVX512BW__)
+    if constexpr (kAcrossParts<sizeof(T), Channels>) {
+      return loadAcross<T, N, Channels, unread>(p);
+    } else if constexpr (Channels == 1) {
+      constexpr auto own = kPartStride<T, N, Channels>;
+      if (__builtin_constant_p(partStride == own) && partStride == own) return loadAcross<T, N, 1, unread>(p);
+    }
+#endif
+    if constexpr (kForm<T, N> == Form::split) {
+      const auto lo = load<T, N / 2, Channels>(p, partStride);
+      const auto hi = load<T, N / 2, Channels, extent>(p + kPartStride<T, N / 2, Channels>, partStride);
+      return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::join(lo[c], hi[c]); });
+    } else {
+      Registers<Channels> r = perChannel<Channels>([&](auto c) ZIM_LAMBDA {
+        constexpr bool isShort = unread > 0 && c == Channels - 1;
+        return isShort ? loadPartsShort<unread>(p + 16 * c, partStride) : loadParts(p + 16 * c, partStride);
+      });
+      if constexpr (Channels > 1) r = deinterleave<sizeof(T)>(r);
+      return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::of((typename Lane<T, N>::Value)r[c]); });
+    }
   }
 }
 
-// Registers whose halves follow one another in two places, halfStride apart.
+#if defined(__AVX512BW__)
+// Three registers whose parts follow one another in four adjoining places. A half of a register takes fewer and quicker
+// steps than the whole.
+ZIM_INLINE void storeThree(std::byte* p, const Registers<3>& r) {
+  const auto put = [p](std::size_t i, __m256i a) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 32 * i), a); };
+  forChannels<2>([&](auto h) ZIM_LAMBDA {
+    const auto& [x, y, z] =
+        perChannel<3>([&](auto c) ZIM_LAMBDA -> __m256i { return _mm512_extracti64x4_epi64(r[c], h); });
+    put(3 * h, _mm256_permute2x128_si256(x, y, 0x20));
+    put(3 * h + 1, _mm256_blend_epi32(z, x, 0xF0));
+    put(3 * h + 2, _mm256_permute2x128_si256(y, z, 0x31));
+  });
+}
+#endif
+
+// Registers whose parts follow one another in several places, partStride apart.
 template <std::size_t Count>
-ZIM_INLINE void storeRegisters(std::byte* p, [[maybe_unused]] std::ptrdiff_t halfStride, const Registers<Count>& r) {
+ZIM_INLINE void storeRegisters(std::byte* p, std::ptrdiff_t partStride, const Registers<Count>& r) {
 #if defined(__AVX2__)
-  // Where the second place begins at the end of the first, registers are put together whole: fewer, wider stores.
+  // Where each place begins at the end of the one before, registers are put together whole: fewer, wider stores.
   constexpr std::ptrdiff_t adjoining = 16 * Count;
-  if (Count > 1 && __builtin_constant_p(halfStride == adjoining) && halfStride == adjoining) {
-    const auto put = [&](std::size_t i, Register a)
-                         ZIM_LAMBDA { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 32 * i), a); };
-    const auto low = [&](std::size_t i) ZIM_LAMBDA { return _mm256_permute2x128_si256(r[i], r[i + 1], 0x20); };
-    const auto high = [&](std::size_t i) ZIM_LAMBDA { return _mm256_permute2x128_si256(r[i], r[i + 1], 0x31); };
-    if constexpr (Count == 2) {
-      put(0, low(0));
-      put(1, high(0));
-    } else if constexpr (Count == 3) {
-      put(0, low(0));
-      put(1, _mm256_blend_epi32(r[2], r[0], 0xF0));
-      put(2, high(1));
-    } else if constexpr (Count == 4) {
-      put(0, low(0));
-      put(1, low(2));
-      put(2, high(0));
-      put(3, high(2));
+  if (Count > 1 && __builtin_constant_p(partStride == adjoining) && partStride == adjoining) {
+#if defined(__AVX512BW__)
+    if constexpr (Count == 3) {
+      storeThree(p, r);
+      return;
+    }
+#endif
+    if constexpr (kParts == 2 || Count != 3) {
+      const auto ordered = inMemoryOrder(r);
+      forChannels<Count>([&](auto i) ZIM_LAMBDA { storeRegister(p + kRegisterBytes * i, ordered[i]); });
     }
     return;
   }
 #endif
-  forChannels<Count>([&](auto c) ZIM_LAMBDA { storeHalves(p + 16 * c, halfStride, r[c]); });
+  forChannels<Count>([&](auto c) ZIM_LAMBDA { storeParts(p + 16 * c, partStride, r[c]); });
 }
 
 // Stores N pixels with their channels interleaved; writes those bytes and no others.
 template <class T, int N, std::size_t Channels>
 ZIM_INLINE void store(std::byte* p, const Pixels<T, N, Channels>& pixels,
-                      std::ptrdiff_t halfStride = kHalfStride<T, N, Channels>) {
+                      std::ptrdiff_t partStride = kPartStride<T, N, Channels>) {
   if constexpr (N == 1) {
     forChannels<Channels>([&](auto c) ZIM_LAMBDA { std::memcpy(p + c * sizeof(T), &pixels[c].v, sizeof(T)); });
-  } else if constexpr (kForm<T, N> == Form::split) {
-    store<T, N / 2, Channels>(p, lowHalves(pixels), halfStride);
-    store<T, N / 2, Channels>(p + kHalfStride<T, N / 2, Channels>, highHalves(pixels), halfStride);
+  } else if constexpr (kAcrossParts<sizeof(T), Channels>) {
+#if defined(__AVX512BW__)
+    const auto r = registersAcross(pixels);
+    forChannels<r.size()>([&](auto i) ZIM_LAMBDA { storeRegister(p + kRegisterBytes * i, r[i]); });
+#endif
+  } else if constexpr (kForm<T, N> == Form::split &&
+                       (kParts == 1 || Channels == 3 || kRegistersOf<T, N, Channels> > kMostStoredTogether)) {
+    store<T, N / 2, Channels>(p, lowHalves(pixels), partStride);
+    store<T, N / 2, Channels>(p + kPartStride<T, N / 2, Channels>, highHalves(pixels), partStride);
   } else {
-    Registers<Channels> r = perChannel<Channels>([&](auto c) ZIM_LAMBDA { return (Register)pixels[c].v; });
-    if constexpr (Channels > 1) r = interleave<sizeof(T)>(r);
-    storeRegisters(p, halfStride, r);
+    storeRegisters(p, partStride, toRegisters<T, N, Channels>(pixels));
+  }
+}
+
+// Stores N pixels of a layout of so many channels and gaps between them; the gaps are not written.
+template <class T, int N, std::size_t Channels, std::size_t Stride>
+ZIM_INLINE void storeBesideGaps(std::byte* p, const Pixels<T, N, Channels>& pixels) {
+  const auto all = perChannel<Stride>([&](auto c) ZIM_LAMBDA { return pixels[c < Channels ? c : 0]; });
+#if defined(__AVX512BW__)
+  if constexpr (kAcrossParts<sizeof(T), Stride>) {
+    const auto r = registersAcross(all);
+    forChannels<r.size()>(
+        [&](auto i) ZIM_LAMBDA { storeMasked<sizeof(T)>(p + kRegisterBytes * i, kOfPixels<Channels, Stride>, r[i]); });
+    return;
+  }
+#endif
+  alignas(kRegisterBytes) std::byte apart[N * Stride * sizeof(T)];
+  store<T, N, Stride>(apart, all);
+  static_assert(N % 4 == 0);
+  for (std::size_t x = 0; x < N; x += 4) {
+    forChannels<4>([&](auto i) ZIM_LAMBDA {
+      const std::size_t at = (x + i) * Stride * sizeof(T);
+      std::memcpy(p + at, apart + at, Channels * sizeof(T));
+    });
   }
 }
 
@@ -391,7 +755,9 @@ ZIM_INLINE void store(std::byte* p, const Pixels<T, N, Channels>& pixels,
 ZIM_INLINE Lane<Zim16s, kLanes<Zim16s>> movedUp(Lane<Zim16s, kLanes<Zim16s>> a, Lane<Zim16s, kLanes<Zim16s>> before) {
   using Result = Lane<Zim16s, kLanes<Zim16s>>;
   const auto bits = (Register)a.v, bitsBefore = (Register)before.v;
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+  return Result::of((Result::Value)_mm512_alignr_epi8(bits, _mm512_alignr_epi64(bits, bitsBefore, 6), 14));
+#elif defined(__AVX2__)
   return Result::of((Result::Value)_mm256_alignr_epi8(bits, _mm256_permute2x128_si256(bitsBefore, bits, 0x21), 14));
 #else
   return Result::of((Result::Value)_mm_or_si128(_mm_slli_si128(bits, 2), _mm_srli_si128(bitsBefore, 14)));
@@ -402,7 +768,11 @@ ZIM_INLINE Lane<Zim16s, kLanes<Zim16s>> movedUp(Lane<Zim16s, kLanes<Zim16s>> a, 
 ZIM_INLINE void storeBytes(std::byte* first, Lane<Zim16s, kLanes<Zim16s>> a,  //
                            std::byte* second, Lane<Zim16s, kLanes<Zim16s>> b) {
   const auto both = (Register)narrow<Zim8u>(Lane<Zim16s, kLanes<Zim8u>>::join(a, b)).v;
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+  const Register ordered = _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), both);
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(first), _mm512_castsi512_si256(ordered));
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(second), _mm512_extracti64x4_epi64(ordered, 1));
+#elif defined(__AVX2__)
   const Register ordered = _mm256_permute4x64_epi64(both, _MM_SHUFFLE(3, 1, 2, 0));
   _mm_storeu_si128(reinterpret_cast<__m128i*>(first), _mm256_castsi256_si128(ordered));
   _mm_storeu_si128(reinterpret_cast<__m128i*>(second), _mm256_extracti128_si256(ordered, 1));
@@ -414,7 +784,7 @@ ZIM_INLINE void storeBytes(std::byte* first, Lane<Zim16s, kLanes<Zim16s>> a,  //
 
 // ---- Several rows side by side ----
 
-// Four registers of lanes in four columns, or back: in each 128-bit half the lane at place i of register k comes to
+// Four registers of lanes in four columns, or back: in each 128-bit part the lane at place i of register k comes to
 // place k of register i.
 template <class T, int N>
 ZIM_INLINE std::array<Lane<T, N>, 4> transpose(const std::array<Lane<T, N>, 4>& rows) {
@@ -428,7 +798,9 @@ ZIM_INLINE std::array<Lane<T, N>, 4> transpose(const std::array<Lane<T, N>, 4>& 
 template <class T, int N>
 ZIM_INLINE Lane<T, N> shiftedUp(Lane<T, N> a, const T* first) {
   static_assert(sizeof(T) == 4 && kForm<T, N> == Form::whole);
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+  const __m512i both = _mm512_alignr_epi32((Register)a.v, (Register)Lane<T, N>(*first).v, 15);
+#elif defined(__AVX2__)
   const __m256i moved = _mm256_permutevar8x32_epi32((Register)a.v, _mm256_setr_epi32(0, 0, 1, 2, 3, 4, 5, 6));
   const auto inFirst = (Register)Lane<T, N>(*first).v;
   const __m256i both = _mm256_blend_epi32(moved, inFirst, 1);
@@ -444,7 +816,7 @@ ZIM_INLINE Lane<T, N> shiftedUp(Lane<T, N> a, const T* first) {
 // a byte of an even pixel and one of an odd. So bytes that a kernel takes in more bits and that end up as three
 // interleaved channels pass through it woven. Where two pixels share chroma, they are then lanes at the same place.
 
-inline constexpr bool kWeaves = kHalves == 1;
+inline constexpr bool kWeaves = kParts == 1;
 
 template <class Wide, int N>
 ZIM_INLINE Lane<Wide, N> evenAndOdd(Lane<Zim16u, N / 2> even, Lane<Zim16u, N / 2> odd) {
@@ -488,7 +860,17 @@ ZIM_INLINE Pixels<Zim16u, N / 2, 3> unweave(const Pixels<Zim16s, N, 3>& pixels) 
 // Stores woven pixels as three interleaved channels, saturated to bytes.
 template <int N>
 ZIM_INLINE void storeWoven(std::byte* p, const Pixels<Zim16s, N, 3>& pixels) {
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+  // As unweave and store would have it; pairs go to their places in the whole register.
+  static constexpr ByteTable inPairs = {0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15};
+  const auto pairs = [](Lane<Zim16s, N / 2> low, Lane<Zim16s, N / 2> high) ZIM_LAMBDA {
+    const auto bytes = (Register)narrow<Zim8u>(Lane<Zim16s, N>::join(low, high)).v;
+    return _mm512_shuffle_epi8(bytes, inEveryPart(inPairs));
+  };
+  const auto& [x, y, z] = pixels;
+  const auto r = interleaveAcross<2>({pairs(x.v.lo, y.v.lo), pairs(z.v.lo, x.v.hi), pairs(y.v.hi, z.v.hi)});
+  forChannels<3>([&](auto i) ZIM_LAMBDA { storeRegister(p + kRegisterBytes * i, r[i]); });
+#elif defined(__AVX2__)
   // As unweave and store would have it, but that bytes come to the places of their pairs in one shuffle.
   using Layout = ThreeChannels<2>;
   static constexpr std::array<ByteTable, 3> tables = [] {
@@ -503,7 +885,7 @@ ZIM_INLINE void storeWoven(std::byte* p, const Pixels<Zim16s, N, 3>& pixels) {
   }();
   const auto pairs = [](auto c, Lane<Zim16s, N / 2> low, Lane<Zim16s, N / 2> high) ZIM_LAMBDA {
     const auto bytes = (Register)narrow<Zim8u>(Lane<Zim16s, N>::join(low, high)).v;
-    return _mm256_shuffle_epi8(bytes, inBothHalves(tables[c]));
+    return ZIM_MM(shuffle_epi8)(bytes, inEveryPart(tables[c]));
   };
   const auto& [x, y, z] = pixels;
   storeRegisters(p, 48,
@@ -561,7 +943,14 @@ ZIM_INLINE auto loadSpread(const std::byte* p) {
   using Result = Lane<Zim16s, kLanes<Zim16s>>;
   static_assert(copies == 1 || copies == 2);
   Register lanes;
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+  if constexpr (copies == 1) {
+    lanes = _mm512_cvtepu8_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)));
+  } else {
+    lanes = _mm512_cvtepu8_epi32(load128(p));
+    lanes = _mm512_or_si512(lanes, _mm512_slli_epi32(lanes, 16));
+  }
+#elif defined(__AVX2__)
   if constexpr (copies == 1) {
     lanes = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)));
   } else {
@@ -598,18 +987,25 @@ ZIM_INLINE PackedPixels loadPacked(const std::byte* p) {
     return {pixels & ZIM_MM(set1_epi32)(0x00FF00FF), ZIM_MM(srli_epi16)(pixels, 8)};
   };
   if constexpr (Stride == 4) {
-    return split(extent == Extent::shortOfLast ? loadHalvesShort<unread>(p, 16) : loadHalves(p, 16));
+    return split(extent == Extent::shortOfLast ? loadPartsShort<unread>(p, 16) : loadParts(p, 16));
   } else {
-#if defined(__AVX2__)
-    // Four pixels are the first 12 bytes of the lower half, and the last 12 of the upper: nothing beyond them is read.
-    const Register r = loadHalves(p, 8);
+#if defined(__AVX512BW__)
+    const Register r = _mm512_maskz_loadu_epi32(0x0FFF, p);
+    const Register parts =
+        _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 1, 2, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 10, 11, 11), r);
+    static constexpr ByteTable even = {0, -1, 2, -1, 3, -1, 5, -1, 6, -1, 8, -1, 9, -1, 11, -1};
+    static constexpr ByteTable odd = {1, -1, -1, -1, 4, -1, -1, -1, 7, -1, -1, -1, 10, -1, -1, -1};
+    return {_mm512_shuffle_epi8(parts, inEveryPart(even)), _mm512_shuffle_epi8(parts, inEveryPart(odd))};
+#elif defined(__AVX2__)
+    // Four pixels are the first 12 bytes of the lower part, and the last 12 of the upper: nothing beyond them is read.
+    const Register r = loadParts(p, 8);
     const auto even = _mm256_setr_epi8(0, -1, 2, -1, 3, -1, 5, -1, 6, -1, 8, -1, 9, -1, 11, -1,  //
                                        4, -1, 6, -1, 7, -1, 9, -1, 10, -1, 12, -1, 13, -1, 15, -1);
     const auto odd = _mm256_setr_epi8(1, -1, -1, -1, 4, -1, -1, -1, 7, -1, -1, -1, 10, -1, -1, -1,  //
                                       5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1, 14, -1, -1, -1);
-    return {_mm256_shuffle_epi8(r, even), _mm256_shuffle_epi8(r, odd)};
+    return {ZIM_MM(shuffle_epi8)(r, even), ZIM_MM(shuffle_epi8)(r, odd)};
 #else
-    const __m128i r = extent == Extent::shortOfLast ? loadHalvesShort<unread>(p, 16) : loadHalves(p, 16);
+    const __m128i r = extent == Extent::shortOfLast ? loadPartsShort<unread>(p, 16) : loadParts(p, 16);
     return split(_mm_unpacklo_epi64(_mm_unpacklo_epi32(r, _mm_srli_si128(r, 3)),
                                     _mm_unpacklo_epi32(_mm_srli_si128(r, 6), _mm_srli_si128(r, 9))));
 #endif
@@ -635,10 +1031,13 @@ ZIM_INLINE void storePacked(std::byte* p, const std::array<Lane<Zim32s, kLanes<Z
     return finish(narrow<Zim16s>(Lane<Zim32s, kLanes<Zim16s>>::join(a[first], a[first + 1])));
   };
   auto bytes = (Register)narrow<Zim8u>(Lane<Zim16s, kLanes<Zim8u>>::join(half(0U), half(2U))).v;
-#if defined(__AVX2__)
+#if defined(__AVX512BW__)
+  const auto order = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
+  bytes = _mm512_permutexvar_epi32(order, bytes);
+#elif defined(__AVX2__)
   bytes = _mm256_permutevar8x32_epi32(bytes, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7));
 #endif
-  storeHalves(p, 16, bytes);
+  storeRegister(p, bytes);
 }
 
 }  // namespace ZIM_TARGET_NAMESPACE

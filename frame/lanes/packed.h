@@ -11,9 +11,9 @@ inline namespace ZIM_TARGET_NAMESPACE {
 template <std::size_t Parts>
 using PackedBlock = std::array<PackedPixels, Parts>;
 
-// Part i of a block of N pixels; the parts of a half follow one another. Loads bytes that lie Stride samples apart,
-// those of the block and no others. With byte shuffles the middle sample comes in both words of odd; without, the
-// second word has no meaning. Three samples come apart only with byte shuffles.
+// Part i of a block of N pixels; those of a part of the registers follow one another. Loads bytes that lie Stride
+// samples apart, those of the block and no others. With byte shuffles the middle sample comes in both words of odd;
+// without, the second word has no meaning. Three samples come apart only with byte shuffles.
 template <std::size_t Stride, int N, std::size_t i>
 ZIM_INLINE PackedPixels loadPart(const std::byte* p) {
 #if defined(__AVX2__)
@@ -29,12 +29,12 @@ ZIM_INLINE PackedPixels loadPart(const std::byte* p) {
     return table;
   };
   static constexpr ByteTable even = tableOf(0, 2), odd = tableOf(1, 1);
-  const Register r = loadHalves(p + 4 * Stride * i - before, N / kHalves * std::ptrdiff_t{Stride});
-  return {Stride == 4 ? r & _mm256_set1_epi32(0x00FF00FF) : _mm256_shuffle_epi8(r, inBothHalves(even)),
-          _mm256_shuffle_epi8(r, inBothHalves(odd))};
+  const Register r = loadParts(p + 4 * Stride * i - before, N / kParts * std::ptrdiff_t{Stride});
+  return {Stride == 4 ? r & ZIM_MM(set1_epi32)(0x00FF00FF) : ZIM_MM(shuffle_epi8)(r, inEveryPart(even)),
+          ZIM_MM(shuffle_epi8)(r, inEveryPart(odd))};
 #else
   static_assert(Stride == 4);
-  const Register r = loadHalves(p + 16 * i, N * std::ptrdiff_t{Stride});
+  const Register r = loadParts(p + 16 * i, N * std::ptrdiff_t{Stride});
   return {r & _mm_set1_epi32(0x00FF00FF), _mm_srli_epi16(r, 8)};
 #endif
 }
@@ -43,7 +43,7 @@ ZIM_INLINE PackedPixels operator+(PackedPixels a, PackedPixels b) {
   return {ZIM_MM(add_epi16)(a.even, b.even), ZIM_MM(add_epi16)(a.odd, b.odd)};
 }
 
-// Sums of neighbouring pixels, of a and of b in each half.
+// Sums of neighbouring pixels, of a and of b in each part of the registers.
 ZIM_INLINE PackedPixels neighbourSums(PackedPixels a, PackedPixels b) {
   const auto sums = [](Register x, Register y)
                         ZIM_LAMBDA { return ZIM_MM(add_epi16)(pick<0, 2, 0, 2>(x, y), pick<1, 3, 1, 3>(x, y)); };

@@ -16,11 +16,13 @@ fail() {
   exit 1
 }
 
-# The build that the loader picks here: v3 where the machine has that level.
+# The build that the loader picks here: that of the highest level that the machine has.
 loaderPick=mx
-if /lib64/ld-linux-x86-64.so.2 --help | grep -q 'x86-64-v3 (supported'; then loaderPick=v3; fi
+for level in v3 v4; do
+  if /lib64/ld-linux-x86-64.so.2 --help | grep -q "x86-64-$level (supported"; then loaderPick=$level; fi
+done
 
-# Runs both examples of a folder, and the first on either build of the library.
+# Runs both examples of a folder, and the first on the baseline as well.
 runExamples() {
   local gray=$1/zimcc_example_gray
   "$1/zimcc_example_own_services"
@@ -41,7 +43,7 @@ buildWithCMake() {
 
 step "installing $build"
 quietly cmake --install "$build" --prefix "$prefix"
-for library in libzimcc libzimcore glibc-hwcaps/x86-64-v3/libzimcc; do
+for library in {,glibc-hwcaps/x86-64-v{3,4}/}libzimcc libzimcore; do
   [[ -f $prefix/lib/$library.so.7 ]] || fail "lib/$library.so.7 is missing"
 done
 
