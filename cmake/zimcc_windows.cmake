@@ -19,7 +19,7 @@ function(zimcc_configure_dll target module_definition)
   string(REPLACE zimcc zimccmx name ${target})
   set_target_properties(${target} PROPERTIES
     PREFIX ""
-    RUNTIME_OUTPUT_NAME ${name}-${PROJECT_VERSION}
+    RUNTIME_OUTPUT_NAME ${name}-${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
     LINK_DEPENDS ${module_definition})
   target_sources(${target} PRIVATE ${module_definition})
 endfunction()
