@@ -94,10 +94,26 @@ struct Decode {
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 3> operator()(Pixels<Zim16s, N, 3> ycc) const {
     constexpr auto bias = static_cast<Zim32s>(rounding);
-    const auto y = ycc[0] - set.black, u = ycc[1] - 128, v = ycc[2] - 128;
+    const auto u = ycc[1] - 128, v = ycc[2] - 128;
+    // Each product once for all rows, unless registers are few and the bias comes with a pair of products.
+    if constexpr (N > 1 && set.luma != 65536 && (kHalves > 1 || rounding == Rounding::rounding)) {
+      const auto luma = products<set.luma>(ycc[0]) + (bias - set.luma * set.black);
+      const auto red = luma + products<set.redV>(v), blue = luma + products<set.blueU>(u);
+      const auto green = luma + products<set.greenU>(u) + products<set.greenV>(v);
+      const std::array centred = {ycc[0], u, v};
+      return {upperHalves<0, set.redV>(red, centred), upperHalves<set.greenU, set.greenV>(green, centred),
+              upperHalves<set.blueU, 0>(blue, centred)};
+    }
+    const auto y = ycc[0] - set.black;
     return {fixedDot<FixedRow{{set.luma, 0, set.redV}, bias}>(y, u, v),
             fixedDot<FixedRow{{set.luma, set.greenU, set.greenV}, bias}>(y, u, v),
             fixedDot<FixedRow{{set.luma, set.blueU, 0}, bias}>(y, u, v)};
+  }
+
+ private:
+  template <Zim32s factorU, Zim32s factorV, int N>
+  ZIM_INLINE static Lane<Zim16s, N> upperHalves(EvenOdd<N> sums, const Pixels<Zim16s, N, 3>& yuv) {
+    return plusWhole<set.luma>(plusWhole<factorU>(plusWhole<factorV>(highWords(sums), yuv[2]), yuv[1]), yuv[0]);
   }
 };
 
