@@ -123,7 +123,9 @@ struct Decode {
 // terms:
 //     template <int N> std::array<Lane<T, N>, Terms> chroma(Lane<Zim16s, N> u, Lane<Zim16s, N> v) const;
 //     template <int N> Pixels<Zim16s, N, 3> pixels(Lane<Zim16s, N> y, std::array<Lane<T, N>, Terms> terms) const;
-// The results are R, G, B before saturation.
+// The results are R, G, B before saturation. A kernel may have a second form, on pixels in order and pairs of chroma,
+// of which the first sample may be that of Cr; R, G, B are the upper halves of its sums (fixed_point.h):
+//     template <bool crFirst, int N> static std::array<EvenOdd<N>, 3> sums(Lane<Zim16s, N> y, Lane<Zim16s, N> pairs);
 
 // A set, its rounding, and what else is added to each channel before the shift.
 struct Decoder {
@@ -135,7 +137,8 @@ struct Decoder {
 // D601 with constants that were rounded in sums over Cb and Cr from zero.
 inline constexpr Decoder K601 = {D601, Rounding::truncating, -57, -14, -13};
 
-// As Decode, with each channel in two limbs: that of luma and that of chroma meet in a comparison.
+// As Decode. Woven, each channel is in two limbs: that of luma and that of chroma meet in a comparison. In order, a
+// pair is a sum of 32 bits for its first pixel and one for its second.
 template <Decoder decoder>
 struct DecodeShared {
   template <int N>
@@ -162,11 +165,27 @@ struct DecodeShared {
     }
   }
 
+  template <bool crFirst, int N>
+  ZIM_INLINE static std::array<EvenOdd<N>, 3> sums(Lane<Zim16s, N> y, Lane<Zim16s, N> pairs) requires(
+      decoder.set.luma != 65536 && ScaledFactors(decoder.set.luma).whole[0] == 0) {
+    const auto luma = products<set.luma>(y);
+    return {channel<crFirst, 0, set.redV, decoder.red>(luma, pairs),
+            channel<crFirst, set.greenU, set.greenV, decoder.green>(luma, pairs),
+            channel<crFirst, set.blueU, 0, decoder.blue>(luma, pairs)};
+  }
+
  private:
   static constexpr const DecoderSet& set = decoder.set;
   static constexpr bool lumaIsWhole = decoder.set.luma == 65536;
   // Added once to luma, unless that has no lower limb, in place of three times to chroma.
   static constexpr Zim32s half = static_cast<Zim32s>(decoder.rounding), chromaHalf = lumaIsWhole ? half : 0;
+
+  template <bool crFirst, Zim32s u, Zim32s v, Zim32s constant, int N>
+  ZIM_INLINE static EvenOdd<N> channel(EvenOdd<N> luma, Lane<Zim16s, N> pairs) {
+    constexpr Zim32s bias = constant + half - set.luma * set.black - 128 * (u + v);
+    constexpr Zim32s first = crFirst ? v : u, second = crFirst ? u : v;
+    return luma + (wideNeighbourDot<first, second>(pairs) + bias);
+  }
 };
 
 // Products each cut to 1/16 on its own, in factors of 1/8192 of those:
