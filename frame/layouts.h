@@ -51,16 +51,19 @@ struct Interleaved {
   template <int N>
   ZIM_INLINE static void store(Position<std::byte, 1> to, const Pixels<T, N, Channels>& pixels) {
     if constexpr (hasGaps && N > 1) {
-      alignas(kRegisterBytes) std::byte all[N * static_cast<std::size_t>(pixelBytes)];
-      zim::store<T, N, Stride>(all,
-                               perChannel<Stride>([&](auto c) ZIM_LAMBDA { return pixels[c < Channels ? c : 0]; }));
-      static_assert(N % 4 == 0);
-      for (std::ptrdiff_t x = 0; x < N; x += 4) {
-        forChannels<4>([&](auto i) ZIM_LAMBDA { writePixel(to, {{all}}, x + std::ptrdiff_t{i}); });
-      }
+      static_assert(Channels == 3 && Stride == 4);
+      storeThreeOfFour<T, N>(to.plane[0], pixels);
     } else {
       zim::store<T, N, Channels>(to.plane[0], pixels);
     }
+  }
+
+  // Half a block at a time, from 16-bit lanes, where single pixels are stored: computing the next ones then does not
+  // wait behind the stores of a whole block.
+  template <int N>
+  ZIM_INLINE static void storeHalf(Position<std::byte, 1> to,
+                                   const Pixels<Zim16s, N, 3>& pixels) requires(hasGaps&& std::is_same_v<T, Zim8u>) {
+    storeBytesThreeOfFour<N>(to.plane[0], pixels);
   }
 
   // Copies so many pixels of an image for reading: all but the last gap.

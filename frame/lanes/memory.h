@@ -387,6 +387,59 @@ ZIM_INLINE void store(std::byte* p, const Pixels<T, N, Channels>& pixels,
   }
 }
 
+// ---- Three samples in every four ----
+//
+// The fourth sample is neither written nor read. A store of whole samples then takes two for each pixel, whatever else
+// is done: what lies between two fourth samples is three, and masks by the byte, where the processor has them at all,
+// take longer than two stores. Both come from general registers; pixels that are put together in memory first and
+// copied from there need as many loads besides.
+
+// Pixels from pairs xy beside pairs that begin with z, 32 bytes in each half.
+template <int ElementBytes>
+ZIM_INLINE void storePixelsOfThree(std::byte* p, [[maybe_unused]] std::ptrdiff_t halfStride, Register xy, Register z) {
+  constexpr std::size_t pixels = 4 / ElementBytes;  // in 64 bits of pairs
+  const auto storeWide = [](std::byte* to, std::uint64_t pairs, std::uint64_t thirds) ZIM_LAMBDA {
+    forChannels<pixels>([&](auto i) ZIM_LAMBDA {
+      const std::uint64_t pair = pairs >> (16 * ElementBytes * i), third = thirds >> (16 * ElementBytes * i);
+      std::memcpy(to + 4 * ElementBytes * i, &pair, 2 * ElementBytes);
+      std::memcpy(to + 4 * ElementBytes * i + 2 * ElementBytes, &third, ElementBytes);
+    });
+  };
+  const auto storeHalf = [&](std::byte* to, __m128i pairs, __m128i thirds) ZIM_LAMBDA {
+    const auto low = [](__m128i a) ZIM_LAMBDA { return static_cast<std::uint64_t>(_mm_cvtsi128_si64(a)); };
+    storeWide(to, low(pairs), low(thirds));
+    storeWide(to + 16, low(_mm_unpackhi_epi64(pairs, pairs)), low(_mm_unpackhi_epi64(thirds, thirds)));
+  };
+#if defined(__AVX2__)
+  storeHalf(p, _mm256_castsi256_si128(xy), _mm256_castsi256_si128(z));
+  storeHalf(p + halfStride, _mm256_extracti128_si256(xy, 1), _mm256_extracti128_si256(z, 1));
+#else
+  storeHalf(p, xy, z);
+#endif
+}
+
+template <class T, int N>
+ZIM_INLINE void storeThreeOfFour(std::byte* p, const Pixels<T, N, 3>& pixels,
+                                 std::ptrdiff_t halfStride = kHalfStride<T, N, 4>) {
+  if constexpr (kForm<T, N> == Form::split) {
+    storeThreeOfFour<T, N / 2>(p, lowHalves(pixels), halfStride);
+    storeThreeOfFour<T, N / 2>(p + kHalfStride<T, N / 2, 4>, highHalves(pixels), halfStride);
+  } else {
+    constexpr int bytes = sizeof(T);
+    const auto x = (Register)pixels[0].v, y = (Register)pixels[1].v, z = (Register)pixels[2].v;
+    storePixelsOfThree<bytes>(p, halfStride, unpackLow<bytes>(x, y), unpackLow<bytes>(z, z));
+    storePixelsOfThree<bytes>(p + 32, halfStride, unpackHigh<bytes>(x, y), unpackHigh<bytes>(z, z));
+  }
+}
+
+// The same of half a block of bytes, to which its 16-bit lanes saturate.
+template <int N>
+ZIM_INLINE void storeBytesThreeOfFour(std::byte* p, const Pixels<Zim16s, N, 3>& pixels) {
+  const auto x = (Register)pixels[0].v, y = (Register)pixels[1].v, z = (Register)pixels[2].v;
+  const Register xz = ZIM_MM(packus_epi16)(x, z), yy = ZIM_MM(packus_epi16)(y, y);
+  storePixelsOfThree<1>(p, kHalfStride<Zim8u, 2 * N, 4>, unpackLow<1>(xz, yy), unpackHigh<1>(xz, yy));
+}
+
 // The lanes of a block one place up, in order of the block; the last lane of the block before comes in first.
 ZIM_INLINE Lane<Zim16s, kLanes<Zim16s>> movedUp(Lane<Zim16s, kLanes<Zim16s>> a, Lane<Zim16s, kLanes<Zim16s>> before) {
   using Result = Lane<Zim16s, kLanes<Zim16s>>;
