@@ -4,6 +4,7 @@
 #pragma once
 
 #include "frame/lanes/fixed_point.h"
+#include "frame/lanes/zip.h"
 
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
@@ -225,15 +226,32 @@ struct DecodeScaled {
 struct DecodeFloat {
   template <int N>
   ZIM_INLINE std::array<Lane<Zim32f, N>, 4> chroma(Lane<Zim16s, N> u, Lane<Zim16s, N> v) const {
-    const auto cu = toFloat(widen(u)) - 128.0F, cv = toFloat(widen(v)) - 128.0F;
+    const auto cu = difference(u, 128.0F), cv = difference(v, 128.0F);
     return {cv * 1.596F, cu * 0.392F, cv * 0.813F, cu * 2.017F};
   }
 
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 3> pixels(Lane<Zim16s, N> y, const std::array<Lane<Zim32f, N>, 4>& terms) const {
-    const auto l = toFloat(widen(y - 16)) * 1.164F + 0.5F;
-    const auto cut = [](Lane<Zim32f, N> x) ZIM_LAMBDA { return narrow<Zim16s>(truncate(x)); };
-    return {cut(l + terms[0]), cut((l - terms[1]) - terms[2]), cut(l + terms[3])};
+    if constexpr (N > kLanes<Zim16s>) {
+      // One register after the other: those of all terms and sums would be too many.
+      const auto lo = pixels<N / 2>(y.v.lo, lowHalves(terms)), hi = pixels<N / 2>(y.v.hi, highHalves(terms));
+      return perChannel<3>([&](auto c) ZIM_LAMBDA { return Lane<Zim16s, N>::join(lo[c], hi[c]); });
+    } else {
+      const auto l = difference(y, 16.0F) * 1.164F + 0.5F;
+      const auto cut = [](Lane<Zim32f, N> x) ZIM_LAMBDA { return narrow<Zim16s>(truncate(x)); };
+      return {cut(l + terms[0]), cut((l - terms[1]) - terms[2]), cut(l + terms[3])};
+    }
+  }
+
+ private:
+  // a - b, exactly. Below the upper half of 2^23 in single precision a sample makes 2^23 + a, without a conversion.
+  template <int N>
+  ZIM_INLINE static Lane<Zim32f, N> difference(Lane<Zim16s, N> a, Zim32f b) {
+    if constexpr (N == 1) {
+      return toFloat(widen(a)) - b;
+    } else {
+      return bitsAs<Zim32f>(zip(a, Lane<Zim16s, N>(0x4B00))) - (8388608.0F + b);
+    }
   }
 };
 
