@@ -57,6 +57,14 @@ struct Interleaved {
     }
   }
 
+  // Half a block at a time, from 16-bit lanes, where single pixels are stored: computing the next ones then does not
+  // wait behind the stores of a whole block.
+  template <int N>
+  ZIM_INLINE static void storeHalf(Position<std::byte, 1> to,
+                                   const Pixels<Zim16s, N, 3>& pixels) requires(hasGaps&& std::is_same_v<T, Zim8u>) {
+    storeBytesThreeOfFour<N>(to.plane[0], pixels);
+  }
+
   // Copies so many pixels of an image for reading: all but the last gap.
   ZIM_INLINE static void read(Position<std::byte, 1> to, Position<const std::byte, 1> from, int pixels) {
     constexpr std::size_t gap = (Stride - Channels) * sizeof(T);

@@ -79,6 +79,9 @@ struct Passage {
   static constexpr bool isWoven =
       kWeaves && N > 1 && std::is_same_v<typename Source::Sample, Zim8u>&& std::is_same_v<Destination, C3<Zim8u>> &&
       sizeof(typename Kernel::Sample) > 1;
+  static constexpr bool storesHalves = N > 1 && !kAcrossParts<1, 4> && std::is_same_v<typename Source::Sample, Zim8u> &&
+                                       std::is_same_v<Destination, AC4<Zim8u>> && sizeof(typename Kernel::Sample) > 1 &&
+                                       kLanesPerCall<Kernel> <= kLanes<Zim16s>;
 
   template <Extent extent = Extent::whole>
   ZIM_INLINE static auto load(Position<const std::byte, Source::planes> from) {
@@ -94,6 +97,11 @@ struct Passage {
     if constexpr (isWoven) {
       using Wide = std::conditional_t<sizeof(typename Kernel::Sample) == 2, Zim16s, Zim16u>;
       C3<Zim16u>::store<N / 2>(to, unweave<N>(applyKernel<Zim16s>(kernel, weave<Wide>(in))));
+    } else if constexpr (storesHalves) {
+      const auto wide =
+          perChannel<Source::channels>([&](auto c) ZIM_LAMBDA { return widenTowards<typename Kernel::Sample>(in[c]); });
+      Destination::storeHalf(to, applyKernel<Zim8u>(kernel, lowHalves(wide)));
+      Destination::storeHalf(to.at(kPartStride<Zim8u, N / 2, 4>), applyKernel<Zim8u>(kernel, highHalves(wide)));
     } else {
       Destination::template store<N>(to, applyKernel<typename Destination::Sample>(kernel, in));
     }

@@ -222,6 +222,7 @@ concept CanBePacked = requires {
 template <class LumaRule, class ChromaRule>
 struct Coder {
   static constexpr int across = ChromaRule::across, rows = ChromaRule::rows;
+  static constexpr bool canBePacked = CanBePacked<LumaRule> && CanBePacked<ChromaRule>;
 
   template <int N>
   ZIM_INLINE Code<N, rows, across> operator()(const Rows<N, rows>& rgb) {
@@ -231,8 +232,7 @@ struct Coder {
 
   // The parts of a block are loaded two by two, as they are used, so that few registers are live at a time.
   template <bool reversed, int N, class Load>
-  ZIM_INLINE static Code<N, rows, across> packed(const Load& load) requires CanBePacked<LumaRule> &&
-      CanBePacked<ChromaRule> {
+  ZIM_INLINE static Code<N, rows, across> packed(const Load& load) {
     constexpr std::size_t twos = N / kLanes<Zim32s> / 2;
     std::array<std::array<Lane<Zim16s, N / static_cast<int>(twos)>, twos>, rows> luma;
     PackedBlock<twos> pairs;
@@ -258,6 +258,7 @@ struct Coder {
 template <class Base>
 struct Guarded {
   static constexpr int across = Base::across, rows = Base::rows;
+  static constexpr bool canBePacked = Base::canBePacked;
 
   template <int N>
   ZIM_INLINE Code<N, rows, across> operator()(const Rows<N, rows>& rgb) {
@@ -288,6 +289,7 @@ struct GuardedPixel : Kernel {
 // terms in an order of its own. Converted to integers by truncation, within 16 to 240.
 struct FloatCoder {
   static constexpr int across = 2, rows = 2;
+  static constexpr bool canBePacked = false;
 
   template <int N>
   ZIM_INLINE Code<N, 2, 2> operator()(const Rows<N, 2>& rgb) {

@@ -4,14 +4,16 @@
 // a rule for lone columns what is done where a row ends within a group of pixels that share chroma.
 //
 // A strip is as many rows as share chroma. Pixels pass woven, even ones in the first half of the lanes and odd ones in
-// the second, so that the terms of chroma of a pair serve as they are for both.
+// the second, so that the terms of chroma of a pair serve as they are for both; or in order, where both the kernel and
+// the sink have a form for it.
 #pragma once
 
 #include <algorithm>
 
 #include "frame/arguments.h"
 #include "frame/entry.h"
-#include "frame/lanes/memory.h"
+#include "frame/lanes/fixed_point.h"
+#include "frame/lanes/zip.h"
 #include "frame/layouts.h"
 #include "frame/rows.h"
 
@@ -20,7 +22,8 @@ inline namespace ZIM_TARGET_NAMESPACE {
 
 // ---- Sources ------------------------------------------------------------------------------------------------------
 //
-// The lines of a strip are its rows of luma, then those of chroma, or its one row of interleaved samples.
+// The lines of a strip are its rows of luma, then those of chroma, or its one row of interleaved samples. luma and
+// chroma give woven pixels; lumaInOrder and chromaInOrder the pixels in order, and their pairs of chroma.
 
 template <class Source>
 using Lines = Position<const std::byte, Source::lines>;
@@ -76,6 +79,17 @@ struct ThreePlanes {
     });
   }
 
+  static constexpr bool crFirst = false;
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> lumaInOrder(Lines<ThreePlanes> from, std::size_t row) {
+    return widen(load<Zim8u, N, 1>(from.plane[row])[0]);
+  }
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> chromaInOrder(Lines<ThreePlanes> from) requires(across > 1) {
+    const auto [u, v] = chroma<N>(from);
+    return zip(u, v);
+  }
+
   ZIM_INLINE static Zim16s lumaAt(Lines<ThreePlanes> from, std::size_t row, std::ptrdiff_t x) {
     return byteAt(from.plane[row] + x);
   }
@@ -103,6 +117,16 @@ struct TwoPlanes420 {
   template <int N>
   ZIM_INLINE static auto chroma(Lines<TwoPlanes420> from) {
     return chromaPairs(load<Zim8u, N, 1>(from.plane[2])[0]);
+  }
+
+  static constexpr bool crFirst = false;
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> lumaInOrder(Lines<TwoPlanes420> from, std::size_t row) {
+    return widen(load<Zim8u, N, 1>(from.plane[row])[0]);
+  }
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> chromaInOrder(Lines<TwoPlanes420> from) {
+    return widen(load<Zim8u, N, 1>(from.plane[2])[0]);
   }
 
   ZIM_INLINE static Zim16s lumaAt(Lines<TwoPlanes420> from, std::size_t row, std::ptrdiff_t x) {
@@ -134,6 +158,16 @@ struct Packed422 {
     return order == ChromaOrder::cbCr ? std::array{a, b} : std::array{b, a};
   }
 
+  static constexpr bool crFirst = order == ChromaOrder::crCb;
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> lumaInOrder(Lines<Packed422> from, std::size_t) {
+    return byteOfWords<N, lumaByte>(from);
+  }
+  template <int N>
+  ZIM_INLINE static Lane<Zim16s, N> chromaInOrder(Lines<Packed422> from) {
+    return byteOfWords<N, 1 - lumaByte>(from);
+  }
+
   ZIM_INLINE static Zim16s lumaAt(Lines<Packed422> from, std::size_t, std::ptrdiff_t x) {
     return byteAt(from.plane[0] + 2 * x + lumaByte);
   }
@@ -150,6 +184,12 @@ struct Packed422 {
 
  private:
   static constexpr int lumaByte = first == First::luma ? 0 : 1;
+
+  template <int N, int byte>
+  ZIM_INLINE static Lane<Zim16s, N> byteOfWords(Lines<Packed422> from) {
+    const auto words = load<Zim16u, N, 1>(from.plane[0])[0];
+    return bitsAs<Zim16s>(byte == 0 ? words & Lane<Zim16u, N>(255) : words >> 8);
+  }
 };
 
 using YCbCr422 = Packed422<First::luma, ChromaOrder::cbCr>;
@@ -208,19 +248,52 @@ struct ToBytes {
 
   template <int N>
   ZIM_INLINE void store(Position<std::byte, Layout::planes> to, const Pixels<Zim16s, N, 3>& rgb, Place) const {
-    const auto channels = perChannel<3>([&](auto c) ZIM_LAMBDA { return rgb[order == Order::rgb ? c : 2 - c]; });
-    if constexpr (N > 1 && std::is_same_v<Layout, C3<Zim8u>>) {
+    const auto channels = inMemory(rgb);
+    if constexpr (N > 1 && isC3) {
       storeWoven<N>(to.plane[0], channels);
     } else {
-      const auto bytes = inOrder<N>(channels);
-      Layout::template store<N>(to, perChannel<Layout::channels>([&](auto c) ZIM_LAMBDA {
-                                  if constexpr (c < 3) {
-                                    return bytes[c];
-                                  } else {
-                                    return Lane<Zim8u, N>(fourth);
-                                  }
-                                }));
+      storeBytes<N>(to, inOrder<N>(channels));
     }
+  }
+
+  // Words of the block from sums (fixed_point.h) of a register of pixels. For three interleaved channels they are those
+  // of the pairs xy, zx, yz (memory.h).
+  template <int N>
+  ZIM_INLINE static Pixels<Zim16s, N, 3> words(const std::array<EvenOdd<N>, 3>& rgb) {
+    const auto& [x, y, z] = inMemory(rgb);
+    if constexpr (isC3) {
+      return {highWords<N>({x.even, y.even}), highWords<N>({z.even, x.odd}), highWords<N>({y.odd, z.odd})};
+    } else {
+      return {highWords(x), highWords(y), highWords(z)};
+    }
+  }
+  template <int N>
+  ZIM_INLINE void storeWords(Position<std::byte, Layout::planes> to, const Pixels<Zim16s, N, 3>& words) const {
+    const auto bytes = perChannel<3>([&](auto c) ZIM_LAMBDA { return narrow<Zim8u>(words[c]); });
+    if constexpr (isC3) {
+      zim::store<Zim16u, N / 2, 3>(to.plane[0],
+                                   perChannel<3>([&](auto c) ZIM_LAMBDA { return bitsAs<Zim16u>(bytes[c]); }));
+    } else {
+      storeBytes<N>(to, bytes);
+    }
+  }
+
+ private:
+  static constexpr bool isC3 = std::is_same_v<Layout, C3<Zim8u>>;
+
+  template <class Channel>
+  ZIM_INLINE static std::array<Channel, 3> inMemory(const std::array<Channel, 3>& rgb) {
+    return perChannel<3>([&](auto c) ZIM_LAMBDA { return rgb[order == Order::rgb ? c : 2 - c]; });
+  }
+  template <int N>
+  ZIM_INLINE void storeBytes(Position<std::byte, Layout::planes> to, const Pixels<Zim8u, N, 3>& bytes) const {
+    Layout::template store<N>(to, perChannel<Layout::channels>([&](auto c) ZIM_LAMBDA {
+                                if constexpr (c < 3) {
+                                  return bytes[c];
+                                } else {
+                                  return Lane<Zim8u, N>(fourth);
+                                }
+                              }));
   }
 };
 
@@ -298,6 +371,26 @@ ZIM_INLINE void decodeBlock(const Luma& luma, const Pixels<Zim16s, M, 2>& chroma
   });
 }
 
+// Pixels that pass in order, and chroma in pairs, where kernel and sink take them so.
+template <class Source, class Kernel, class Sink>
+concept InOrder = requires(Lines<Source> from, Lane<Zim16s, kLanes<Zim16s>> words) {
+  Source::template chromaInOrder<kLanes<Zim8u>>(from);
+  Sink::words(Kernel::template sums<Source::crFirst>(words, words));
+};
+template <class Source, int N, class Kernel, class Sink>
+ZIM_INLINE void decodeInOrder(const Lines<Source>& from, const Rows<Source, Sink>& to, const Kernel& kernel,
+                              const Sink& sink) {
+  const auto chroma = Source::template chromaInOrder<N>(from);
+  forChannels<Source::down>([&](auto row) ZIM_LAMBDA {
+    const auto luma = Source::template lumaInOrder<N>(from, row);
+    const auto half = [&](auto y, auto pairs)
+                          ZIM_LAMBDA { return Sink::words(kernel.template sums<Source::crFirst>(y, pairs)); };
+    const auto lo = half(luma.v.lo, chroma.v.lo), hi = half(luma.v.hi, chroma.v.hi);
+    sink.template storeWords<N>(to[row],
+                                perChannel<3>([&](auto c) ZIM_LAMBDA { return Lane<Zim16s, N>::join(lo[c], hi[c]); }));
+  });
+}
+
 // Whole blocks, then the rest as a block apart from the strip or pixel by pixel, then lone columns.
 template <class Source, class LoneColumns, class Kernel, class Sink>
 ZIM_INLINE void decodeStrip(const Lines<Source>& strip, const Rows<Source, Sink>& rows,
@@ -336,8 +429,12 @@ ZIM_INLINE void decodeStrip(const Lines<Source>& strip, const Rows<Source, Sink>
       blocks = 1;
     }
     for (; blocks > 0; --blocks) {
-      decodeBlock<Source, block>([&](std::size_t row) ZIM_LAMBDA { return Source::template luma<block>(from, row); },
-                                 Source::template chroma<block>(from), to, placeAt(0), kernel, sink);
+      if constexpr (InOrder<Source, Kernel, Sink>) {
+        decodeInOrder<Source, block>(from, to, kernel, sink);
+      } else {
+        decodeBlock<Source, block>([&](std::size_t row) ZIM_LAMBDA { return Source::template luma<block>(from, row); },
+                                   Source::template chroma<block>(from), to, placeAt(0), kernel, sink);
+      }
       from = ahead<Source>(from, block);
       to = moved(to, block);
     }

@@ -232,17 +232,20 @@ inline constexpr bool kPackC3 = kParts > 1;
 template <class Source, std::size_t rows>
 using SourceRows = std::array<Position<const std::byte, Source::Layout::planes>, rows>;
 
-// N pixels of each row, through the coder. Interleaved bytes stay packed if the coder has a form for them; with three
-// samples that takes a shuffle of bytes.
+// Interleaved bytes stay packed if the coder has a form for them; with three samples that takes a shuffle of bytes.
+template <class Source, class GroupCoder>
+inline constexpr bool kStaysPacked = GroupCoder::canBePacked &&
+                                     (std::is_same_v<typename Source::Layout, AC4<Zim8u>> ||
+                                      (kPackC3 && std::is_same_v<typename Source::Layout, C3<Zim8u>>));
+
+// N pixels of each row, through the coder.
 template <class Source, int N, class GroupCoder, std::size_t rows>
 ZIM_INLINE auto encodeBlock(GroupCoder& coder, const SourceRows<Source, rows>& from, std::ptrdiff_t x) {
   using Layout = typename Source::Layout;
   const auto at = [&](std::size_t row) ZIM_LAMBDA { return from[row].at(x * Layout::pixelBytes); };
-  constexpr bool isPacked = std::is_same_v<Layout, AC4<Zim8u>> || (std::is_same_v<Layout, C3<Zim8u>> && kPackC3);
-  const auto loadPacked = [&](auto row, auto part)
-                              ZIM_LAMBDA { return loadPart<Layout::pixelBytes, N, part>(at(row).plane[0]); };
-  if constexpr (isPacked && requires { GroupCoder::template packed<Source::reversed, N>(loadPacked); }) {
-    return GroupCoder::template packed<Source::reversed, N>(loadPacked);
+  if constexpr (kStaysPacked<Source, GroupCoder>) {
+    return GroupCoder::template packed<Source::reversed, N>(
+        [&](auto row, auto part) ZIM_LAMBDA { return loadPart<Layout::pixelBytes, N, part>(at(row).plane[0]); });
   } else {
     return coder.template operator()<N>(
         perChannel<rows>([&](auto row) ZIM_LAMBDA { return Source::colours(loadWoven<Layout, N>(at(row))); }));
@@ -257,7 +260,9 @@ template <class Source, class Target, class GroupCoder>
   constexpr std::size_t rows = Target::rows;
   constexpr int block = kLanes<Zim16s> * Target::across;
   GroupCoder coder = carried;
-  std::ptrdiff_t x = 0, end = (Layout::hasGaps ? pixels - 1 : pixels) / block * block;
+  // A block of unpacked pixels is loaded with all its gaps, of which the last may not be readable.
+  constexpr bool loadsLastGap = Layout::hasGaps && !kStaysPacked<Source, GroupCoder>;
+  std::ptrdiff_t x = 0, end = (loadsLastGap ? pixels - 1 : pixels) / block * block;
   const auto rest = static_cast<int>(pixels - end);
   std::array<Block<Layout, block>, rows> sourceRest;
   typename Target::template Buffer<block> targetRest;

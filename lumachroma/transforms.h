@@ -4,6 +4,7 @@
 #pragma once
 
 #include "frame/lanes/fixed_point.h"
+#include "frame/lanes/zip.h"
 
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
@@ -94,10 +95,26 @@ struct Decode {
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 3> operator()(Pixels<Zim16s, N, 3> ycc) const {
     constexpr auto bias = static_cast<Zim32s>(rounding);
-    const auto y = ycc[0] - set.black, u = ycc[1] - 128, v = ycc[2] - 128;
+    const auto u = ycc[1] - 128, v = ycc[2] - 128;
+    // Each product once for all rows, unless registers are few and the bias comes with a pair of products.
+    if constexpr (N > 1 && set.luma != 65536 && (kParts > 1 || rounding == Rounding::rounding)) {
+      const auto luma = products<set.luma>(ycc[0]) + (bias - set.luma * set.black);
+      const auto red = luma + products<set.redV>(v), blue = luma + products<set.blueU>(u);
+      const auto green = luma + products<set.greenU>(u) + products<set.greenV>(v);
+      const std::array centred = {ycc[0], u, v};
+      return {upperHalves<0, set.redV>(red, centred), upperHalves<set.greenU, set.greenV>(green, centred),
+              upperHalves<set.blueU, 0>(blue, centred)};
+    }
+    const auto y = ycc[0] - set.black;
     return {fixedDot<FixedRow{{set.luma, 0, set.redV}, bias}>(y, u, v),
             fixedDot<FixedRow{{set.luma, set.greenU, set.greenV}, bias}>(y, u, v),
             fixedDot<FixedRow{{set.luma, set.blueU, 0}, bias}>(y, u, v)};
+  }
+
+ private:
+  template <Zim32s factorU, Zim32s factorV, int N>
+  ZIM_INLINE static Lane<Zim16s, N> upperHalves(EvenOdd<N> sums, const Pixels<Zim16s, N, 3>& yuv) {
+    return plusWhole<set.luma>(plusWhole<factorU>(plusWhole<factorV>(highWords(sums), yuv[2]), yuv[1]), yuv[0]);
   }
 };
 
@@ -107,7 +124,9 @@ struct Decode {
 // terms:
 //     template <int N> std::array<Lane<T, N>, Terms> chroma(Lane<Zim16s, N> u, Lane<Zim16s, N> v) const;
 //     template <int N> Pixels<Zim16s, N, 3> pixels(Lane<Zim16s, N> y, std::array<Lane<T, N>, Terms> terms) const;
-// The results are R, G, B before saturation.
+// The results are R, G, B before saturation. A kernel may have a second form, on pixels in order and pairs of chroma,
+// of which the first sample may be that of Cr; R, G, B are the upper halves of its sums (fixed_point.h):
+//     template <bool crFirst, int N> static std::array<EvenOdd<N>, 3> sums(Lane<Zim16s, N> y, Lane<Zim16s, N> pairs);
 
 // A set, its rounding, and what else is added to each channel before the shift.
 struct Decoder {
@@ -119,7 +138,8 @@ struct Decoder {
 // D601 with constants that were rounded in sums over Cb and Cr from zero.
 inline constexpr Decoder K601 = {D601, Rounding::truncating, -57, -14, -13};
 
-// As Decode, with each channel in two limbs: that of luma and that of chroma meet in a comparison.
+// As Decode. Woven, each channel is in two limbs: that of luma and that of chroma meet in a comparison. In order, a
+// pair is a sum of 32 bits for its first pixel and one for its second.
 template <Decoder decoder>
 struct DecodeShared {
   template <int N>
@@ -146,11 +166,27 @@ struct DecodeShared {
     }
   }
 
+  template <bool crFirst, int N>
+  ZIM_INLINE static std::array<EvenOdd<N>, 3> sums(Lane<Zim16s, N> y, Lane<Zim16s, N> pairs) requires(
+      decoder.set.luma != 65536 && ScaledFactors(decoder.set.luma).whole[0] == 0) {
+    const auto luma = products<set.luma>(y);
+    return {channel<crFirst, 0, set.redV, decoder.red>(luma, pairs),
+            channel<crFirst, set.greenU, set.greenV, decoder.green>(luma, pairs),
+            channel<crFirst, set.blueU, 0, decoder.blue>(luma, pairs)};
+  }
+
  private:
   static constexpr const DecoderSet& set = decoder.set;
   static constexpr bool lumaIsWhole = decoder.set.luma == 65536;
   // Added once to luma, unless that has no lower limb, in place of three times to chroma.
   static constexpr Zim32s half = static_cast<Zim32s>(decoder.rounding), chromaHalf = lumaIsWhole ? half : 0;
+
+  template <bool crFirst, Zim32s u, Zim32s v, Zim32s constant, int N>
+  ZIM_INLINE static EvenOdd<N> channel(EvenOdd<N> luma, Lane<Zim16s, N> pairs) {
+    constexpr Zim32s bias = constant + half - set.luma * set.black - 128 * (u + v);
+    constexpr Zim32s first = crFirst ? v : u, second = crFirst ? u : v;
+    return luma + (wideNeighbourDot<first, second>(pairs) + bias);
+  }
 };
 
 // Products each cut to 1/16 on its own, in factors of 1/8192 of those:
@@ -190,15 +226,32 @@ struct DecodeScaled {
 struct DecodeFloat {
   template <int N>
   ZIM_INLINE std::array<Lane<Zim32f, N>, 4> chroma(Lane<Zim16s, N> u, Lane<Zim16s, N> v) const {
-    const auto cu = toFloat(widen(u)) - 128.0F, cv = toFloat(widen(v)) - 128.0F;
+    const auto cu = difference(u, 128.0F), cv = difference(v, 128.0F);
     return {cv * 1.596F, cu * 0.392F, cv * 0.813F, cu * 2.017F};
   }
 
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 3> pixels(Lane<Zim16s, N> y, const std::array<Lane<Zim32f, N>, 4>& terms) const {
-    const auto l = toFloat(widen(y - 16)) * 1.164F + 0.5F;
-    const auto cut = [](Lane<Zim32f, N> x) ZIM_LAMBDA { return narrow<Zim16s>(truncate(x)); };
-    return {cut(l + terms[0]), cut((l - terms[1]) - terms[2]), cut(l + terms[3])};
+    if constexpr (N > kLanes<Zim16s>) {
+      // One register after the other: those of all terms and sums would be too many.
+      const auto lo = pixels<N / 2>(y.v.lo, lowHalves(terms)), hi = pixels<N / 2>(y.v.hi, highHalves(terms));
+      return perChannel<3>([&](auto c) ZIM_LAMBDA { return Lane<Zim16s, N>::join(lo[c], hi[c]); });
+    } else {
+      const auto l = difference(y, 16.0F) * 1.164F + 0.5F;
+      const auto cut = [](Lane<Zim32f, N> x) ZIM_LAMBDA { return narrow<Zim16s>(truncate(x)); };
+      return {cut(l + terms[0]), cut((l - terms[1]) - terms[2]), cut(l + terms[3])};
+    }
+  }
+
+ private:
+  // a - b, exactly. Below the upper half of 2^23 in single precision a sample makes 2^23 + a, without a conversion.
+  template <int N>
+  ZIM_INLINE static Lane<Zim32f, N> difference(Lane<Zim16s, N> a, Zim32f b) {
+    if constexpr (N == 1) {
+      return toFloat(widen(a)) - b;
+    } else {
+      return bitsAs<Zim32f>(zip(a, Lane<Zim16s, N>(0x4B00))) - (8388608.0F + b);
+    }
   }
 };
 

@@ -547,6 +547,75 @@ TEST(Pairs, NeighboursAndPlacesInABlock) {
   }
 }
 
+// Three samples of four, in every form that stores them: the fourth keeps what it was.
+template <class T, int N>
+void expectFourthsUntouched(const Pixels<T, N, 3>& pixels) {
+  std::array<T, 4 * N> stored;
+  stored.fill(T(77));
+  storeThreeOfFour<T, N>(reinterpret_cast<std::byte*>(stored.data()), pixels);
+  T plain[3][N];
+  for (std::size_t c = 0; c < 3; ++c) storeLanes(plain[c], pixels[c]);
+  for (std::size_t x = 0; x < N; ++x) {
+    for (std::size_t c = 0; c < 4; ++c) {
+      ASSERT_TRUE(same(stored[4 * x + c], c < 3 ? plain[c][x] : T(77))) << sizeof(T) << " bytes, pixel " << x;
+    }
+  }
+}
+template <class T>
+void expectThreeOfFour() {
+  const auto values = samples<T>(9);
+  const auto pixels = [&]<int N>(std::integral_constant<int, N>) {
+    return perChannel<3>([&](auto c) { return loadLanes<T, N>(&values[c * N]); });
+  };
+  expectFourthsUntouched<T, kLanes<T>>(pixels(std::integral_constant<int, kLanes<T>>()));
+  expectFourthsUntouched<T, 2 * kLanes<T>>(pixels(std::integral_constant<int, 2 * kLanes<T>>()));
+}
+
+TEST(Channels, ThreeOfFour) {
+  expectThreeOfFour<Zim8u>();
+  expectThreeOfFour<Zim16s>();
+  expectThreeOfFour<Zim32f>();
+
+  // Words of half a block, saturated.
+  constexpr int N = kLanes<Zim8u>;
+  const auto values = samples<Zim16s>(10);
+  const auto words = perChannel<3>([&](auto c) { return loadLanes<Zim16s, N>(&values[c * N]); });
+  const auto bytes = perChannel<3>([&](auto c) { return narrow<Zim8u>(words[c]); });
+  std::array<Zim8u, 4 * N> whole, halves;
+  whole.fill(77);
+  halves.fill(77);
+  storeThreeOfFour<Zim8u, N>(reinterpret_cast<std::byte*>(whole.data()), bytes);
+  storeBytesThreeOfFour<N / 2>(reinterpret_cast<std::byte*>(halves.data()), lowHalves(words));
+  storeBytesThreeOfFour<N / 2>(reinterpret_cast<std::byte*>(halves.data()) + 32, highHalves(words));
+  EXPECT_EQ(whole, halves);
+}
+
+// Coefficients that fit 16 bits, that a scale makes fit, and that leave whole multiples of 65536.
+template <Zim32s first, Zim32s second, int N>
+void expectWideSums() {
+  const auto values = samples<Zim8u>(11);
+  for (std::size_t i = 0; i + N <= values.size(); i += N) {
+    const auto x = convert<Zim16s>(loadLanes<Zim8u, N>(&values[i]));
+    Zim32s sums[N / 2];
+    Zim16s upper[N];
+    storeLanes(sums, wideNeighbourDot<first, second>(x));
+    storeLanes(upper, plusWhole<first>(highWords(products<first>(x)), x));
+    for (std::size_t k = 0; k < N; ++k) {
+      ASSERT_EQ(upper[k], first * values[i + k] >> 16);
+      const std::size_t pair = i + k / 2 * 2;
+      ASSERT_EQ(sums[k / 2], first * values[pair] + second * values[pair + 1]);
+    }
+  }
+}
+
+TEST(Pairs, SumsBeyond16Bits) {
+  expectWideSums<19071, -30000, kLanes<Zim8u>>();
+  expectWideSums<0, 104595, kLanes<Zim8u>>();
+  expectWideSums<132186, 0, kLanes<Zim8u>>();
+  expectWideSums<-25690, -53281, kLanes<Zim8u>>();
+  expectWideSums<104593, -53281, kLanes<Zim8u>>();
+}
+
 // In every interval at its ends and in between; the rest of the bound is for errors of rounding elsewhere.
 template <class Curve>
 void expectWithinBound(const Curve& curve) {

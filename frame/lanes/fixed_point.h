@@ -90,8 +90,8 @@ ZIM_INLINE Lane<Zim16s, N> fixedFraction(Lane<Zim16s, N> x, Lane<Zim16s, N> y, L
 }
 
 // a + k x by additions, which more units of the processor take than shifts.
-template <int k, int N>
-ZIM_INLINE Lane<Zim16s, N> plusMultiple(Lane<Zim16s, N> a, Lane<Zim16s, N> x) {
+template <int k, class T, int N>
+ZIM_INLINE Lane<T, N> plusMultiple(Lane<T, N> a, Lane<T, N> x) {
   if constexpr (k == 0) {
     return a;
   } else if constexpr (k % 2 == 0) {
@@ -117,6 +117,104 @@ ZIM_INLINE Lane<Zim16s, N> fixedDot(Lane<Zim16s, N> x, Lane<Zim16s, N> y, Lane<Z
     const auto fraction = fixedFraction<row, shift>(x, y, z);
     const auto andX = plusMultiple<whole[0] * unit>(fraction, x), andY = plusMultiple<whole[1] * unit>(andX, y);
     return plusMultiple<whole[2] * unit>(andY, z);
+  }
+}
+
+// ---- Sums in 32 bits, lanes of even number apart from those of odd number ----
+//
+// Where several rows share their products, each product is made once, by a sum of two products of which one is zero:
+// even and odd lanes then need no unpacking, and the upper halves of their sums are put together in two steps.
+
+// Two coefficients as scale * rest + 65536 * whole each, of which the rest fits 16 bits. A scale leaves no whole, but
+// has to divide both.
+struct ScaledFactors {
+  Zim16s scale = 1;
+  std::array<Zim16s, 2> rest{}, whole{};
+
+  constexpr explicit ScaledFactors(Zim32s first, Zim32s second = 0) {
+    const auto fits = [](Zim32s c, Zim32s divisor) {
+      return c % divisor == 0 && c / divisor == static_cast<Zim16s>(c / divisor);
+    };
+    while (scale < 128 && !(fits(first, scale) && fits(second, scale))) ++scale;
+    const bool scales = scale < 128;
+    if (!scales) scale = 1;
+    for (std::size_t i = 0; i < 2; ++i) {
+      const Zim32s c = i == 0 ? first : second;
+      whole[i] = static_cast<Zim16s>(scales ? 0 : (c + 32768) >> 16);
+      rest[i] = static_cast<Zim16s>(scales ? c / scale : c - whole[i] * 65536);
+    }
+  }
+
+  template <int N>
+  ZIM_INLINE Lane<Zim16s, N> scaled(Lane<Zim16s, N> x) const {
+    return scale == 1 ? x : x * factor<Zim16s, N>(scale);
+  }
+};
+
+template <int N>
+struct EvenOdd {
+  Lane<Zim32s, N / 2> even, odd;
+
+  ZIM_INLINE friend EvenOdd operator+(EvenOdd a, EvenOdd b) { return {a.even + b.even, a.odd + b.odd}; }
+  // The same for both.
+  ZIM_INLINE friend EvenOdd operator+(EvenOdd a, Lane<Zim32s, N / 2> b) { return {a.even + b, a.odd + b}; }
+};
+
+// first a[0] + second a[1], first a[2] + second a[3] and so on, in 32 bits.
+template <Zim16s first, Zim16s second, int N>
+ZIM_INLINE Lane<Zim32s, N / 2> neighbourDot(Lane<Zim16s, N> a) {
+  using Result = Lane<Zim32s, N / 2>;
+  if constexpr (Lane<Zim16s, N>::form == Form::split) {
+    return Result::join(neighbourDot<first, second>(a.v.lo), neighbourDot<first, second>(a.v.hi));
+  } else {
+    constexpr Zim32u both = static_cast<Zim16u>(first) | Zim32u{static_cast<Zim16u>(second)} << 16;
+    const Register weights = ZIM_MM(set1_epi32)(static_cast<int>(both));
+    return Result::of((typename Result::Value)ZIM_MM(madd_epi16)((Register)a.v, weights));
+  }
+}
+
+// The same with coefficients of more bits, of lanes within -256 to 255. A pair of lanes is itself, as 32 bits, 65536
+// times its second one and once the first.
+template <Zim32s first, Zim32s second, int N>
+ZIM_INLINE Lane<Zim32s, N / 2> wideNeighbourDot(Lane<Zim16s, N> a) {
+  constexpr ScaledFactors f(first, second);
+  constexpr auto restOfFirst = static_cast<Zim16s>(f.rest[0] - f.whole[1]);
+  static_assert(restOfFirst == f.rest[0] - f.whole[1]);
+  auto sum = neighbourDot<restOfFirst, f.rest[1]>(f.scaled(a));
+  const auto pair = bitsAs<Zim32s>(a);
+  if constexpr (f.whole[1] != 0) sum = plusMultiple<f.whole[1]>(sum, pair);
+  if constexpr (f.whole[0] != 0) sum = plusMultiple<f.whole[0]>(sum, pair << 16);
+  return sum;
+}
+
+// c x without the whole of the factor, which plusWhole adds to the upper halves.
+template <Zim32s c, int N>
+ZIM_INLINE EvenOdd<N> products(Lane<Zim16s, N> x) {
+  constexpr ScaledFactors f(c);
+  const auto scaled = f.scaled(x);
+  return {neighbourDot<f.rest[0], 0>(scaled), neighbourDot<0, f.rest[0]>(scaled)};
+}
+template <Zim32s c, int N>
+ZIM_INLINE Lane<Zim16s, N> plusWhole(Lane<Zim16s, N> sum, Lane<Zim16s, N> x) {
+  return plusMultiple<ScaledFactors(c).whole[0]>(sum, x);
+}
+
+// The upper halves.
+template <int N>
+ZIM_INLINE Lane<Zim16s, N> highWords(EvenOdd<N> sums) {
+  if constexpr (Lane<Zim16s, N>::form == Form::split) {
+    return Lane<Zim16s, N>::join(highWords(EvenOdd<N / 2>{sums.even.v.lo, sums.odd.v.lo}),
+                                 highWords(EvenOdd<N / 2>{sums.even.v.hi, sums.odd.v.hi}));
+  } else {
+    const auto even = ZIM_MM(srli_epi32)((Register)sums.even.v, 16), odd = (Register)sums.odd.v;
+#if defined(__AVX512BW__)
+    const Register both = _mm512_mask_blend_epi16(0xAAAAAAAA, even, odd);
+#elif defined(__AVX2__)
+    const Register both = _mm256_blend_epi16(even, odd, 0xAA);
+#else
+    const Register both = _mm_or_si128(even, _mm_and_si128(odd, _mm_set1_epi32(static_cast<int>(0xFFFF0000))));
+#endif
+    return Lane<Zim16s, N>::of((typename Lane<Zim16s, N>::Value)both);
   }
 }
 

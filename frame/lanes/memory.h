@@ -728,27 +728,68 @@ ZIM_INLINE void store(std::byte* p, const Pixels<T, N, Channels>& pixels,
   }
 }
 
+// ---- Three samples in every four ----
+//
+// The fourth sample is neither written nor read. A store of whole samples then takes two for each pixel, whatever else
+// is done: what lies between two fourth samples is three, and masks by the byte, where the processor has them at all,
+// take longer than two stores. Both come from general registers; pixels that are put together in memory first and
+// copied from there need as many loads besides.
+
+// Pixels from pairs xy beside pairs that begin with z, 32 bytes in each part.
+template <int ElementBytes>
+ZIM_INLINE void storePixelsOfThree(std::byte* p, std::ptrdiff_t partStride, Register xy, Register z) {
+  constexpr std::size_t pixels = 4 / ElementBytes;  // in 64 bits of pairs
+  const auto storeWide = [](std::byte* to, std::uint64_t pairs, std::uint64_t thirds) ZIM_LAMBDA {
+    forChannels<pixels>([&](auto i) ZIM_LAMBDA {
+      const std::uint64_t pair = pairs >> (16 * ElementBytes * i), third = thirds >> (16 * ElementBytes * i);
+      std::memcpy(to + 4 * ElementBytes * i, &pair, 2 * ElementBytes);
+      std::memcpy(to + 4 * ElementBytes * i + 2 * ElementBytes, &third, ElementBytes);
+    });
+  };
+  const auto low = [](__m128i a) ZIM_LAMBDA { return static_cast<std::uint64_t>(_mm_cvtsi128_si64(a)); };
+  forChannels<kParts>([&](auto h) ZIM_LAMBDA {
+    const __m128i pairs = partOf<h>(xy), thirds = partOf<h>(z);
+    std::byte* const to = p + std::ptrdiff_t{h} * partStride;
+    storeWide(to, low(pairs), low(thirds));
+    storeWide(to + 16, low(_mm_unpackhi_epi64(pairs, pairs)), low(_mm_unpackhi_epi64(thirds, thirds)));
+  });
+}
+
+template <class T, int N>
+ZIM_INLINE void storeThreeOfFour(std::byte* p, const Pixels<T, N, 3>& pixels,
+                                 std::ptrdiff_t partStride = kPartStride<T, N, 4>) {
+  if constexpr (kForm<T, N> == Form::split) {
+    storeThreeOfFour<T, N / 2>(p, lowHalves(pixels), partStride);
+    storeThreeOfFour<T, N / 2>(p + kPartStride<T, N / 2, 4>, highHalves(pixels), partStride);
+  } else {
+    constexpr int bytes = sizeof(T);
+    const auto x = (Register)pixels[0].v, y = (Register)pixels[1].v, z = (Register)pixels[2].v;
+    storePixelsOfThree<bytes>(p, partStride, unpackLow<bytes>(x, y), unpackLow<bytes>(z, z));
+    storePixelsOfThree<bytes>(p + 32, partStride, unpackHigh<bytes>(x, y), unpackHigh<bytes>(z, z));
+  }
+}
+
+// The same of half a block of bytes, to which its 16-bit lanes saturate.
+template <int N>
+ZIM_INLINE void storeBytesThreeOfFour(std::byte* p, const Pixels<Zim16s, N, 3>& pixels) {
+  const auto x = (Register)pixels[0].v, y = (Register)pixels[1].v, z = (Register)pixels[2].v;
+  const Register xz = ZIM_MM(packus_epi16)(x, z), yy = ZIM_MM(packus_epi16)(y, y);
+  storePixelsOfThree<1>(p, kPartStride<Zim8u, 2 * N, 4>, unpackLow<1>(xz, yy), unpackHigh<1>(xz, yy));
+}
+
 // Stores N pixels of a layout of so many channels and gaps between them; the gaps are not written.
 template <class T, int N, std::size_t Channels, std::size_t Stride>
 ZIM_INLINE void storeBesideGaps(std::byte* p, const Pixels<T, N, Channels>& pixels) {
-  const auto all = perChannel<Stride>([&](auto c) ZIM_LAMBDA { return pixels[c < Channels ? c : 0]; });
+  static_assert(Channels == 3 && Stride == 4);
 #if defined(__AVX512BW__)
   if constexpr (kAcrossParts<sizeof(T), Stride>) {
-    const auto r = registersAcross(all);
+    const auto r = registersAcross(perChannel<Stride>([&](auto c) ZIM_LAMBDA { return pixels[c < Channels ? c : 0]; }));
     forChannels<r.size()>(
         [&](auto i) ZIM_LAMBDA { storeMasked<sizeof(T)>(p + kRegisterBytes * i, kOfPixels<Channels, Stride>, r[i]); });
     return;
   }
 #endif
-  alignas(kRegisterBytes) std::byte apart[N * Stride * sizeof(T)];
-  store<T, N, Stride>(apart, all);
-  static_assert(N % 4 == 0);
-  for (std::size_t x = 0; x < N; x += 4) {
-    forChannels<4>([&](auto i) ZIM_LAMBDA {
-      const std::size_t at = (x + i) * Stride * sizeof(T);
-      std::memcpy(p + at, apart + at, Channels * sizeof(T));
-    });
-  }
+  storeThreeOfFour<T, N>(p, pixels);
 }
 
 // The same of so many pixels from a block apart, which is whole.

@@ -12,13 +12,14 @@ template <std::size_t Parts>
 using PackedBlock = std::array<PackedPixels, Parts>;
 
 // Register i of a block of N pixels; in each 128-bit part the registers follow one another. Loads bytes that lie Stride
-// samples apart, those of the block and no others. With byte shuffles the middle sample comes in both words of odd;
-// without, the second word has no meaning. Three samples come apart only with byte shuffles.
+// samples apart, those of the block's samples and no others: the last register is loaded from before its first pixel,
+// up to its last sample. With byte shuffles the middle sample comes in both words of odd; without, the second word has
+// no meaning. Three samples come apart only with byte shuffles.
 template <std::size_t Stride, int N, std::size_t i>
 ZIM_INLINE PackedPixels loadPart(const std::byte* p) {
+  constexpr bool isLast = i == N / kLanes<Zim32s> - 1;
 #if defined(__AVX2__)
-  // The last pixels of three samples are at the end of what is loaded, so that nothing beyond them is.
-  constexpr int before = Stride == 3 && i == N / kLanes<Zim32s> - 1 ? 4 : 0;
+  constexpr int before = isLast ? 16 - (3 * Stride + 3) : 0;
   static constexpr auto tableOf = [](int low, int high) {
     ByteTable table{};
     for (std::size_t word = 0; word < 8; ++word) {
@@ -30,12 +31,13 @@ ZIM_INLINE PackedPixels loadPart(const std::byte* p) {
   };
   static constexpr ByteTable even = tableOf(0, 2), odd = tableOf(1, 1);
   const Register r = loadParts(p + 4 * Stride * i - before, N / kParts * std::ptrdiff_t{Stride});
-  return {Stride == 4 ? r & ZIM_MM(set1_epi32)(0x00FF00FF) : ZIM_MM(shuffle_epi8)(r, inEveryPart(even)),
+  return {Stride == 4 && !isLast ? r & ZIM_MM(set1_epi32)(0x00FF00FF) : ZIM_MM(shuffle_epi8)(r, inEveryPart(even)),
           ZIM_MM(shuffle_epi8)(r, inEveryPart(odd))};
 #else
   static_assert(Stride == 4);
-  const Register r = loadParts(p + 16 * i, N * std::ptrdiff_t{Stride});
-  return {r & _mm_set1_epi32(0x00FF00FF), _mm_srli_epi16(r, 8)};
+  const Register r = loadParts(p + 16 * i - (isLast ? 1 : 0), N * std::ptrdiff_t{Stride});
+  const Register samples = isLast ? _mm_srli_epi32(r, 8) : r;
+  return {samples & _mm_set1_epi32(0x00FF00FF), _mm_srli_epi16(samples, 8)};
 #endif
 }
 
