@@ -128,7 +128,7 @@ for command in $commands; do
   [[ $("$zimcc" --help) == *"  $command "* ]] || fail "help does not name $command"
   grep -q "^\.It Cm $command" "$sources/man/zimcc.1" || fail "the manual does not name $command"
 done
-"$zimcc" bench 'zimi*HSV_16u_C3R' --size 64x48 | tail -1 | grep -q '^1 conversion' || fail "bench with a pattern"
+"$zimcc" bench 'zimi*HSV_16u_C3R' --size 64x48 --threads 2 | tail -1 | grep -q '^1 conversion' || fail "bench with a pattern"
 "$zimcc" bench zimiRGBToGray_8u_C3C1R --size 64x48 | grep -Eq 'median +[0-9.]+ +[0-9.]+ +[0-9.]+' || fail "bench"
 
 "$zimcc" demo sheet/new >/dev/null || fail "demo"
@@ -173,6 +173,7 @@ refuse 'cannot write .*nowhere' run $gray red.png nowhere/new.png
 refuse 'cannot write sheet' run $gray red.png sheet
 refuse '0x5' bench $gray --size 0x5
 refuse '5y5' bench $gray --size 5y5
+refuse 'threads' bench $gray --threads 0
 refuse 'red.png' demo red.png
 head -c 30 mosaic.pgm >cut.pgm
 averages=zimiCFAToRGB_8u_C1C3R

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "tools/job.h"
 #include "tools/measure.h"
@@ -18,8 +19,9 @@ struct Times {
   Timing own, copy;  // copy: memcpy of as many bytes
 };
 
-Times timesOf(const Export& e, ZimiSize size, int rounds) {
-  zimSetNumThreads(1);
+Times timesOf(const Export& e, const BenchSettings& settings, int rounds) {
+  zimSetNumThreads(settings.threads);
+  const ZimiSize size = settings.size;
   Image source(e.source, size), destination(e.destination, size);
   source.fillRandom(1);
   const Operands operands(e, source, e.inPlace ? source : destination);
@@ -37,12 +39,18 @@ Times timesOf(const Export& e, ZimiSize size, int rounds) {
   return {timings[0], timings[1]};
 }
 
+std::string describe(const BenchSettings& settings) {
+  const std::string threads = settings.threads == 1 ? "one thread" : std::to_string(settings.threads) + " threads";
+  return std::to_string(settings.size.width) + " x " + std::to_string(settings.size.height) + ", " + threads;
+}
+
 }  // namespace
 
-void bench(const Export& e, ZimiSize size) {
+void bench(const Export& e, const BenchSettings& settings) {
   constexpr int kRounds = 41;
-  const auto [own, copy] = timesOf(e, size, kRounds);
-  std::printf("%s  %d x %d, one thread\n", e.name.c_str(), size.width, size.height);
+  const ZimiSize size = settings.size;
+  const auto [own, copy] = timesOf(e, settings, kRounds);
+  std::printf("%s  %s\n", e.name.c_str(), describe(settings).c_str());
   std::printf("  %-8s%12s%12s%12s\n", "", "ms", "MP/s", "of memcpy");
   const auto row = [&](const char* name, double seconds, double copySeconds) {
     std::printf("  %-8s%12.4f%12.1f%12.2f\n", name, 1e3 * seconds, megapixels(size) / seconds, copySeconds / seconds);
@@ -51,21 +59,22 @@ void bench(const Export& e, ZimiSize size) {
   row("median", own.median, copy.median);
 }
 
-void benchAll(std::vector<const Export*> exports, ZimiSize size) {
+void benchAll(std::vector<const Export*> exports, const BenchSettings& settings) {
   constexpr int kRounds = 9;
+  const ZimiSize size = settings.size;
   std::ranges::stable_sort(exports, {}, &Export::family);
   std::size_t width = 0;
   for (const Export* e : exports) width = std::max(width, e->name.size());
   const int nameWidth = static_cast<int>(width);
 
-  std::printf("%d x %d, one thread, %.4s; medians, and the speed of memcpy on as many bytes as 1\n", size.width,
-              size.height, zimccGetLibVersion()->targetTag);
+  std::printf("%s, %.4s; medians, and the speed of memcpy on as many bytes as 1\n", describe(settings).c_str(),
+              zimccGetLibVersion()->targetTag);
   std::vector<double> ratios;
   Progress progress(exports.size());
   std::string_view family;
   for (const Export* e : exports) {
     progress.next(e->name);
-    const auto [own, copy] = timesOf(*e, size, kRounds);
+    const auto [own, copy] = timesOf(*e, settings, kRounds);
     ratios.push_back(copy.median / own.median);
     progress.clear();
     if (e->family != family) {

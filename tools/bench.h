@@ -7,10 +7,15 @@
 
 namespace zim::tool {
 
+struct BenchSettings {
+  ZimiSize size = {1920, 1080};
+  int threads = 1;
+};
+
 // One export at length.
-void bench(const catalogue::Export& e, ZimiSize size);
+void bench(const catalogue::Export& e, const BenchSettings& settings);
 
 // A table of several, by families, each a little less thoroughly.
-void benchAll(std::vector<const catalogue::Export*> exports, ZimiSize size);
+void benchAll(std::vector<const catalogue::Export*> exports, const BenchSettings& settings);
 
 }  // namespace zim::tool

@@ -46,7 +46,7 @@ Words candidates(const Words& words, const Words& commands) {
   };
   if (command == "list" && place <= 2) return namesAnd({"--json"});
   if (command == "describe" && place == 1) return namesAnd({});
-  if (command == "bench") return place == 1 ? namesAnd({"--all"}) : Words{"--size"};
+  if (command == "bench") return place == 1 ? namesAnd({"--all"}) : Words{"--size", "--threads"};
   if (command == "run") {
     if (place == 1) return namesAnd({});
     if (place > 3) return settingsOf(words[1]);

@@ -74,14 +74,32 @@ void mosaic(const Words& words) {
 
 bool isPattern(const std::string& word) { return word.find_first_of("*?[(") != std::string::npos; }
 
-void benchWords(const Words& words) {
-  if (words.size() > 1 && (words[1] != "--size" || words.size() != 3)) {
-    throw Failure("bench takes NAME, PATTERN or --all, and [--size WxH]");
+int threadsIn(const std::string& text) {
+  constexpr int kMost = 1024;
+  int threads = 0;
+  const char* end = text.data() + text.size();
+  const auto [rest, failure] = std::from_chars(text.data(), end, threads);
+  if (failure != std::errc() || rest != end || threads < 1 || threads > kMost) {
+    throw Failure("'" + text + "' is no count of threads from 1 to " + std::to_string(kMost));
   }
-  const ZimiSize size = words.size() == 3 ? sizeIn(words[2]) : ZimiSize{1920, 1080};
+  return threads;
+}
+
+void benchWords(const Words& words) {
+  BenchSettings settings;
+  for (std::size_t i = 1; i < words.size(); i += 2) {
+    const bool hasValue = i + 1 < words.size();
+    if (hasValue && words[i] == "--size") {
+      settings.size = sizeIn(words[i + 1]);
+    } else if (hasValue && words[i] == "--threads") {
+      settings.threads = threadsIn(words[i + 1]);
+    } else {
+      throw Failure("bench takes NAME, PATTERN or --all, [--size WxH] and [--threads N]");
+    }
+  }
   const std::string& which = words[0];
-  if (which == "--all" || isPattern(which)) return benchAll(exportsLike(which == "--all" ? "" : which), size);
-  bench(exportNamed(which), size);
+  if (which == "--all" || isPattern(which)) return benchAll(exportsLike(which == "--all" ? "" : which), settings);
+  bench(exportNamed(which), settings);
 }
 
 void completeWords(const Words& words);
@@ -120,10 +138,10 @@ constexpr Command kCommands[] = {
      "  zimcc mosaic photo.png raw.pgm grid=GRBG\n"
      "  zimcc run zimiDemosaicAHD_8u_C1C3R raw.pgm back.png grid=GRBG\n",
      mosaic},
-    {"bench", 1, 3, "NAME|PATTERN|--all [--size WxH]", "times exports on one thread beside memcpy",
+    {"bench", 1, 5, "NAME|PATTERN|--all [--size WxH] [--threads N]", "times exports beside memcpy",
      "The size is 1920x1080 unless told. memcpy copies half of the bytes that the export reads and writes.\n\n"
      "  zimcc bench zimiRGBToGray_8u_C3C1R\n"
-     "  zimcc bench 'zimiGamma*' --size 640x480\n"
+     "  zimcc bench 'zimiGamma*' --size 640x480 --threads 2\n"
      "  zimcc bench --all\n",
      benchWords},
     {"demo", 1, 1, "DIR", "converts a photograph by every family into a web page",
