@@ -24,9 +24,9 @@ inline ZimResult whateverTheContents(ZimResult result) { return result == zimWar
 
 // A source and what an export makes of it, in plain memory. Where cells of pixels are independent, each has come about
 // by a call of its own. One thread makes it, or, where the size of the team shows, a team of the size asked for, which
-// stays set for the calls to compare.
+// stays set for the calls to compare. (Going to and fro between sizes would start threads anew each time.)
 struct Reference {
-  Reference(const catalogue::Export& e, catalogue::Image source, const catalogue::Caller& call, int team = 0);
+  Reference(const catalogue::Export& e, catalogue::Image source, const catalogue::Caller& call, int team = 1);
 
   catalogue::Image source, destination;
 };
