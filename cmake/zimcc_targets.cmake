@@ -99,6 +99,27 @@ if(WIN32)
   list(APPEND ZIMCC_SOURCES frame/pow_windows.S)
 endif()
 
+# Of these the v4 build has the code for v3, which is a quarter quicker there: they move bytes within 128-bit parts, or
+# take as many rows at once as a register has lanes.
+set(ZIMCC_SOURCES_AS_V3
+  reduce/error_diffusion.cpp
+  reduce/noise.cpp
+  reduce/one_bit.cpp
+  reduce/reduce_bits.cpp
+  reformat/filtered.cpp
+  reformat/interlaced.cpp
+  reformat/plain.cpp)
+
+# Options and headers of the library's sources, compiled for a processor target.
+function(zimcc_compile_for target level)
+  # Kernels are vector code as they stand: more than -O2 only copies their loops.
+  target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${ZIMCC_FLAGS_${level}}> $<$<AND:$<COMPILE_LANGUAGE:CXX>,$<CONFIG:Release>>:-O2>)
+  target_include_directories(${target}
+    PRIVATE ${PROJECT_SOURCE_DIR}
+    PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  target_link_libraries(${target} PUBLIC zimcore PRIVATE zimcc_threads)
+endfunction()
+
 # The library for one processor target: zimcc for the baseline, zimcc_v3 for x86-64-v3 and so on. Those beyond the
 # baseline lie where the loader looks for them first, in the build tree as where they are installed.
 function(zimcc_add_library level)
@@ -109,17 +130,25 @@ function(zimcc_add_library level)
     set(target zimcc_${level})
     set(folder glibc-hwcaps/x86-64-${level})
   endif()
-  add_library(${target} SHARED ${ZIMCC_SOURCES})
+  set(sources ${ZIMCC_SOURCES})
+  if(level STREQUAL "v4")
+    list(REMOVE_ITEM sources ${ZIMCC_SOURCES_AS_V3})
+    add_library(${target}_as_v3 OBJECT ${ZIMCC_SOURCES_AS_V3})
+    zimcc_configure(${target}_as_v3)
+    zimcc_compile_for(${target}_as_v3 v3)
+    target_compile_definitions(${target}_as_v3 PRIVATE ZIM_TARGET_PREFIX=v4_)
+    set_target_properties(${target}_as_v3 PROPERTIES
+      POSITION_INDEPENDENT_CODE ON
+      CXX_VISIBILITY_PRESET hidden
+      VISIBILITY_INLINES_HIDDEN ON)
+    list(APPEND sources $<TARGET_OBJECTS:${target}_as_v3>)
+  endif()
+  add_library(${target} SHARED ${sources})
   zimcc_configure_shared(${target} ${PROJECT_SOURCE_DIR}/frame/zimcc.map ${PROJECT_BINARY_DIR}/zimcc.def)
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME zimcc
     LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib/${folder})
-  # Kernels are vector code as they stand: more than -O2 only copies their loops.
-  target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${ZIMCC_FLAGS_${level}}> $<$<AND:$<COMPILE_LANGUAGE:CXX>,$<CONFIG:Release>>:-O2>)
-  target_include_directories(${target}
-    PRIVATE ${PROJECT_SOURCE_DIR}
-    PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-  target_link_libraries(${target} PUBLIC zimcore PRIVATE zimcc_threads)
+  zimcc_compile_for(${target} ${level})
   # Beside the library, or above its folder for the processor's own build.
   if(folder)
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/../..")
