@@ -101,14 +101,8 @@ endif()
 
 # Of these the v4 build has the code for v3, which is a quarter quicker there: they move bytes within 128-bit parts, or
 # take as many rows at once as a register has lanes.
-set(ZIMCC_SOURCES_AS_V3
-  reduce/error_diffusion.cpp
-  reduce/noise.cpp
-  reduce/one_bit.cpp
-  reduce/reduce_bits.cpp
-  reformat/filtered.cpp
-  reformat/interlaced.cpp
-  reformat/plain.cpp)
+set(ZIMCC_SOURCES_AS_V3 ${ZIMCC_SOURCES})
+list(FILTER ZIMCC_SOURCES_AS_V3 INCLUDE REGEX "^(reduce|reformat)/")
 
 # Options and headers of the library's sources, compiled for a processor target.
 function(zimcc_compile_for target level)
