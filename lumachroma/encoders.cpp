@@ -10,7 +10,7 @@ namespace {
 using RgbC3 = RgbSource<C3<Zim8u>>;
 // Every sample mapped by the forward gamma curve first.
 struct RgbCurved : RgbC3 {
-  static Zim8u mapped(std::byte sample) { return gammaCurveFwd8u[static_cast<std::size_t>(sample)]; }
+  static constexpr ByteMapping mapping{gammaCurveFwd8u};
 };
 using RgbAC4 = RgbSource<AC4<Zim8u>>;
 using RgbP3 = RgbSource<P3<Zim8u>>;

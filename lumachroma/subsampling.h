@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+#include "frame/lanes/lookup.h"
 #include "frame/pixelwise.h"
 #include "lumachroma/chroma_rules.h"
 
@@ -50,8 +51,8 @@ struct BgrSource {
 
 // A source may have every sample mapped by a table first.
 template <class Source>
-concept MapsSamples = requires(std::byte sample) {
-  Source::mapped(sample);
+concept MapsSamples = requires {
+  Source::mapping;
 };
 
 // One pixel, for a kernel on 16-bit lanes.
@@ -60,7 +61,7 @@ ZIM_INLINE Pixels<Zim16s, 1, 3> loadPixel(Position<const std::byte, Source::Layo
   const auto pixel = Source::Layout::template load<1, Extent::whole>(from);
   return Source::colours(perChannel<3>([&](auto c) ZIM_LAMBDA {
     if constexpr (MapsSamples<Source>) {
-      return Lane<Zim16s, 1>(Source::mapped(static_cast<std::byte>(pixel[c].v)));
+      return Lane<Zim16s, 1>(Source::mapping[pixel[c].v]);
     } else {
       return convert<Zim16s>(pixel[c]);
     }
@@ -287,8 +288,7 @@ template <class Source, class Target, class GroupCoder>
   carried = coder;
 }
 
-// The same of a source whose samples are mapped first: stretch by stretch, in a buffer. Two bytes are stored at a time,
-// since stores are what mapping waits for.
+// The same of a source whose samples are mapped first: stretch by stretch, in a buffer.
 template <class Source, class Target, class GroupCoder>
 void encodeMapped(Position<const std::byte, 1> from, Target to, std::ptrdiff_t pixels, GroupCoder& coder) {
   constexpr std::ptrdiff_t stretch = 512, pixelBytes = Source::Layout::pixelBytes;
@@ -296,14 +296,7 @@ void encodeMapped(Position<const std::byte, 1> from, Target to, std::ptrdiff_t p
   alignas(kRegisterBytes) std::array<std::byte, stretch * pixelBytes> buffer;
   for (std::ptrdiff_t x = 0; x < pixels; x += stretch) {
     const std::ptrdiff_t count = std::min(stretch, pixels - x);
-    const std::byte* const samples = from.plane[0] + x * pixelBytes;
-    for (std::ptrdiff_t i = 0; i < count * pixelBytes; i += 2 * pixelBytes) {
-      forChannels<pixelBytes>([&](auto two) ZIM_LAMBDA {
-        const std::size_t at = static_cast<std::size_t>(i) + 2 * two;
-        const auto both = static_cast<Zim16u>(Source::mapped(samples[at]) | Source::mapped(samples[at + 1]) << 8);
-        std::memcpy(&buffer[at], &both, sizeof(both));
-      });
-    }
+    mapBytes(Source::mapping, from.plane[0] + x * pixelBytes, buffer.data(), count * pixelBytes);
     encodeGroups<Source, Target, GroupCoder>({{{{buffer.data()}}}}, to.at(x), count, coder);
   }
 }

@@ -218,6 +218,33 @@ TEST(Gamma, FloatsAreThoseOfPow) {
   }
 }
 
+// Single pixels take the formula; all other forms give the same in every rounding mode, each in its own.
+TEST(Gamma, InEveryRoundingMode) {
+  std::vector<Zim32f> samples;
+  std::vector<Zim16u> words;
+  for (int i = 0; i < 3 * 500; ++i) {
+    samples.push_back(static_cast<Zim32f>(i) / 1400.0F);
+    words.push_back(static_cast<Zim16u>(i * 43));
+  }
+  const auto expectAsSinglePixels = [](auto convert, const auto& source, auto... range) {
+    auto together = source, apart = source;
+    constexpr auto pixelBytes = static_cast<Zim32s>(3 * sizeof source[0]);
+    const auto width = static_cast<Zim32s>(source.size() / 3);
+    convert(source.data(), pixelBytes * width, together.data(), pixelBytes * width, ZimiSize{width, 1}, range...);
+    for (std::size_t i = 0; i < source.size(); i += 3) {
+      convert(&source[i], pixelBytes, &apart[i], pixelBytes, ZimiSize{1, 1}, range...);
+    }
+    EXPECT_EQ(std::memcmp(together.data(), apart.data(), source.size() * sizeof source[0]), 0);
+  };
+  for (const int mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO, FE_TONEAREST}) {
+    std::fesetround(mode);
+    expectAsSinglePixels(zimiGammaFwd_32f_C3R, samples, 0.0F, 1.0F);
+    expectAsSinglePixels(zimiGammaInv_32f_C3R, samples, 0.0F, 1.0F);
+    expectAsSinglePixels(zimiGammaFwd_16u_C3R, words);
+    expectAsSinglePixels(zimiGammaInv_16u_C3R, words);
+  }
+}
+
 // ---- Tone mapping ----
 
 std::vector<Zim8u> mapped(decltype(&zimiToneMapMean_32f8u_C1R) map, const std::vector<Zim32f>& image,

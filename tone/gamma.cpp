@@ -5,6 +5,7 @@
 #include "frame/pixelwise.h"
 #include "frame/rounding.h"
 #include "frame/scratch.h"
+#include "tone/curve_pieces.h"
 #include "tone/gamma_tables.h"
 #include "tone/power_curve.h"
 
@@ -14,10 +15,20 @@ namespace {
 
 // ---- The curve: linear below the knee, gain * v^exponent - offset above ----
 
+constexpr TransferCurve kForward = {kForwardPower.function, 1.099, 0.099};
+constexpr TransferCurve kInverse = {kInversePower.function, 1.0, 0.0};
+
+constexpr CurvePieces<-6, 7, 9, Leading::nearestFloat> kForwardOfUnit(kForward, 1.0);
+constexpr CurvePieces<-4, 5, 10, Leading::nearestFloat> kInverseOfUnit(kInverse, 1.0);
+constexpr CurvePieces<10, 6, 9, Leading::nearestInteger> kForwardOfWords(kForward, 65535.0);
+constexpr CurvePieces<12, 4, 9, Leading::nearestInteger> kInverseOfWords(kInverse, 65535.0);
+
 struct Forward {
   static constexpr const auto& power = kForwardPower;
-  static constexpr const auto& table = gammaCurveFwd8u;
-  static constexpr double knee = 0.018, slope = 4.5, gain = 1.099, offset = 0.099;
+  static constexpr const auto& ofUnit = kForwardOfUnit;
+  static constexpr const auto& ofWords = kForwardOfWords;
+  static constexpr ByteMapping bytes{gammaCurveFwd8u};
+  static constexpr double knee = 0.018, slope = 4.5, gain = kForward.gain, offset = kForward.offset;
 
   static double fromPower(double power) { return power * gain - offset; }
 };
@@ -26,8 +37,10 @@ struct Forward {
 // it.
 struct Inverse {
   static constexpr const auto& power = kInversePower;
-  static constexpr const auto& table = gammaCurveInv8u;
-  static constexpr double knee = 0.0812, slope = 0.2222222222222222, gain = 1.0, offset = 0.0;
+  static constexpr const auto& ofUnit = kInverseOfUnit;
+  static constexpr const auto& ofWords = kInverseOfWords;
+  static constexpr ByteMapping bytes{gammaCurveInv8u};
+  static constexpr double knee = 0.0812, slope = 0.2222222222222222, gain = kInverse.gain, offset = kInverse.offset;
 
   static double fromPower(double power) { return power; }
 };
@@ -93,11 +106,12 @@ struct Gamma : Range {
   // The chain of operations is long: several registers of samples keep the processor busy meanwhile.
   static constexpr int registers = kParts == 4 ? 2 : 4;
 
-  explicit Gamma(const Range& valueRange) : Range(valueRange) {
+  const Sample knee;  // the least distance on the power
+
+  explicit Gamma(const Range& valueRange) : Range(valueRange), knee(leastReaching(Curve::knee)) {
     const double factor = Curve::gain * Range::range, term = Range::lowest - Curve::offset * Range::range;
     // In the tiniest ranges results could differ in the sign of a zero, which compares equal: there all is in doubt.
     const double margin = Range::range > 1e-25 ? 0x1p-48 * (std::abs(Range::lowest) + Range::range) : HUGE_VAL;
-    knee = leastReaching(Curve::knee);
     y = {factor, term};
     low = {factor * (1.0 - Curve::power.relativeBound), term - margin};
     high = {factor * (1.0 + Curve::power.relativeBound), term + margin};
@@ -119,7 +133,6 @@ struct Gamma : Range {
     double factor, term;
   };
   End y, low, high;
-  Sample knee;  // the least distance on the power
 
   // The least distance of which v is at least this, or, where range or value leave none, what no distance reaches.
   Sample leastReaching(double value) const {
@@ -187,6 +200,88 @@ struct Gamma : Range {
   }
 };
 
+// The same for floats from 0 to 1, by pieces of the curve: where the ends of what it may be agree, that is the sample.
+// Other registers take the way above.
+template <class Curve>
+struct GammaOfUnit {
+  using Sample = Zim32f;
+  static constexpr int registers = 2;
+
+  template <int N, std::size_t Channels>
+  ZIM_INLINE Pixels<Zim32f, N, Channels> operator()(const Pixels<Zim32f, N, Channels>& pixels) const {
+    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return curve(pixels[c]); });
+  }
+
+ private:
+  Gamma<Curve, Range32f> exact = Gamma<Curve, Range32f>({0.0F, 1.0F});
+
+  template <int N>
+  ZIM_INLINE Lane<Zim32f, N> curve(Lane<Zim32f, N> x) const {
+    constexpr const auto& pieces = Curve::ofUnit;
+    if constexpr (N == 1) {
+      return exact(Pixels<Zim32f, 1, 1>{x})[0];
+    } else if constexpr (Lane<Zim32f, N>::form == Form::split) {
+      return Lane<Zim32f, N>::join(curve(x.v.lo), curve(x.v.hi));
+    } else {
+      const auto onPower = x >= exact.knee;
+      const auto line = onLine(x);
+      const auto [value, rest, bound] =
+          sumOfPieces(pieces, larger(Lane<Zim32f, N>(pieces.first), smaller(Lane<Zim32f, N>(pieces.beyond), x)));
+      const auto low = value + (rest - bound), high = value + (rest + bound);
+      const auto inDoubt = bitsAs<Zim32s>(low != high) & onPower;
+      return any(inDoubt) ? exactly(x) : select(onPower, low, line);
+    }
+  }
+
+  // A product with a slope of few bits is exact in double, so that rounding it there or here is the same.
+  template <int N>
+  ZIM_INLINE Lane<Zim32f, N> onLine(Lane<Zim32f, N> x) const {
+    constexpr auto slope = static_cast<Zim32f>(Curve::slope);
+    if constexpr (static_cast<double>(slope) == Curve::slope) {
+      return x * slope + 0.0F;
+    } else {
+      return exact.onLine(x, Curve::slope);
+    }
+  }
+
+  template <int N>
+  [[gnu::noinline]] Lane<Zim32f, N> exactly(Lane<Zim32f, N> x) const {
+    return exact(Pixels<Zim32f, N, 1>{x})[0];
+  }
+};
+
+// And for words: the sum of pieces is rounded as it is made, and each to the integer that it should be.
+template <class Curve>
+struct GammaOfWords {
+  using Sample = Zim32s;
+  static constexpr int registers = 2;
+
+  template <int N, std::size_t Channels>
+  ZIM_INLINE Pixels<Zim32s, N, Channels> operator()(const Pixels<Zim32s, N, Channels>& pixels) const {
+    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return curve(pixels[c]); });
+  }
+
+ private:
+  Gamma<Curve, Range16u> exact = Gamma<Curve, Range16u>({});
+
+  template <int N>
+  ZIM_INLINE Lane<Zim32s, N> curve(Lane<Zim32s, N> x) const {
+    constexpr const auto& pieces = Curve::ofWords;
+    if constexpr (N == 1) {
+      return exact(Pixels<Zim32s, 1, 1>{x})[0];
+    } else if constexpr (Lane<Zim32s, N>::form == Form::split) {
+      return Lane<Zim32s, N>::join(curve(x.v.lo), curve(x.v.hi));
+    } else {
+      const auto [value, rest, bound] = sumOfPieces(pieces, larger(Lane<Zim32f, N>(pieces.first), toFloat(x)));
+      const auto sum = value + rest;
+      const auto nearest = bitsAs<Zim32s>(sum) - std::bit_cast<Zim32s>(pieces.integerBase);
+      const auto fromNearest = rest - (sum - value);
+      const auto power = tieToEven(nearest, (sum - pieces.integerBase) + (fromNearest + 0.5F));
+      return select(x >= exact.knee, power, exact.onLine(x, Curve::slope));
+    }
+  }
+};
+
 // ---- Rows of samples: where all samples are treated alike, planes and interleaved triples are the same ----
 
 // convert(from, to, width, layout) for every row: those of each plane as one channel, three times as wide where three
@@ -250,26 +345,23 @@ using Tests = N_Q_S_T;
 template <class Curve, class Layout>
 ZimResult gamma8u(const Conversion<Layout, Layout>& call) {
   if (const ZimResult failure = Tests::check(call); failure != zimResultOk) return failure;
-  lookUpRows(call, Curve::table);
+#if defined(__AVX2__)
+  curveRows(call, MapBytes{Curve::bytes});
+#else
+  lookUpRows(call, Curve::bytes);
+#endif
   return zimResultOk;
 }
 
 // Few samples are computed as they come, more through a table of all values that is made for the call. Samples are
 // counted in 32 bits, three a pixel. The quicker values are computed, the more samples it takes until a table is worth
 // its making; but whether a call asks for memory, and can fail, does not depend on the build.
-template <class Curve, class Layout>
-ZimResult gamma16u(const Conversion<Layout, Layout>& call) {
-  if (const ZimResult failure = Tests::check(call); failure != zimResultOk) return failure;
-  const Gamma<Curve, Range16u> kernel({});
-  constexpr Zim32s values = 65536;
+template <class Layout, class Kernel>
+ZimResult curveWords(const Conversion<Layout, Layout>& call, const Kernel& kernel) {
+  constexpr Zim32s values = 65536, worthTable = kParts == 4 ? 3 * values : values;
   const Zim32s samples = wrappingProduct(wrappingProduct(3, call.roiSize.width), call.roiSize.height);
-  if (samples <= values) {
-    curveRows(call, kernel);
-    return zimResultOk;
-  }
-  constexpr Zim32s worthTable = kParts == 4 ? 3 * values : values;
-  const Scratch<Zim16u> table(scratchAlloc16(values));
-  if (table == nullptr) return zimResultNoMemory;
+  const Scratch<Zim16u> table(samples > values ? scratchAlloc16(values) : nullptr);
+  if (samples > values && table == nullptr) return zimResultNoMemory;
   if (samples <= worthTable) {
     curveRows(call, kernel);
     return zimResultOk;
@@ -281,10 +373,20 @@ ZimResult gamma16u(const Conversion<Layout, Layout>& call) {
 }
 
 template <class Curve, class Layout>
+ZimResult gamma16u(const Conversion<Layout, Layout>& call) {
+  if (const ZimResult failure = Tests::check(call); failure != zimResultOk) return failure;
+  return roundsToNearest() ? curveWords(call, GammaOfWords<Curve>()) : curveWords(call, Gamma<Curve, Range16u>({}));
+}
+
+template <class Curve, class Layout>
 ZimResult gamma32f(const Conversion<Layout, Layout>& call, Zim32f vMin, Zim32f vMax) {
   if (vMax - vMin <= 0.0F) return zimResultBadRange;
   if (const ZimResult failure = Tests::check(call); failure != zimResultOk) return failure;
-  curveRows(call, Gamma<Curve, Range32f>({vMin, vMax}));
+  if (vMin == 0.0F && vMax == 1.0F && roundsToNearest()) {
+    curveRows(call, GammaOfUnit<Curve>());
+  } else {
+    curveRows(call, Gamma<Curve, Range32f>({vMin, vMax}));
+  }
   return zimResultOk;
 }
 
