@@ -98,8 +98,10 @@ class EachExport : public testing::TestWithParam<Export> {
   }
 };
 
-// Around every number of pixels that a block can hold.
-std::vector<int> oddWidths() {
+// Around every number of pixels that a block can hold. Where errors are diffused, a block is of rows: widths matter
+// around the columns between two exchanges with memory, and sanitizers take minutes for each more.
+std::vector<int> oddWidths(const Export& e) {
+  if (matches(e, "zimiReduceBits_*R?(:stucki*)")) return {1, 2, 3, 5, 31, 62, 64, 67, 130};
   std::vector<int> widths = {95, 96, 97, 127, 128, 129, 130, 131};
   for (int width = 1; width <= 70; ++width) widths.push_back(width);
   return widths;
@@ -107,14 +109,14 @@ std::vector<int> oddWidths() {
 
 TEST_P(EachExport, OddWidth) {
   const int sourceSample = bits(e.source.type) / 8, destinationSample = std::max(bits(e.destination.type) / 8, 1);
-  expectAsReferences(oddWidths(), std::array{1, 3}, [&](int i) {
+  expectAsReferences(oddWidths(e), std::array{1, 3}, [&](int i) {
     return Access{.source = {.padding = i % 2 * sourceSample * 5},
                   .destination = {.padding = i % 3 * destinationSample}};
   });
 }
 
 TEST_P(EachExport, PageEnd) {
-  expectAsReferences(oddWidths(), std::array{1, 2}, [](int i) {
+  expectAsReferences(oddWidths(e), std::array{1, 2}, [](int i) {
     return Access{.source = {.edge = i % 2 ? Edge::start : Edge::end},
                   .destination = {.edge = i % 4 < 2 ? Edge::start : Edge::end}};
   });
