@@ -240,8 +240,8 @@ void expectRowsEndAtDarkPixels(const char* name) {
   };
   const Export& e = exportOf(name);
   for (int at = 0; at < width; ++at) {
-    const Row rows[] = {
-        {at, 0, at + 1}, {at, -5, at + 1}, {at, 9e-5F, width}, {at, kNaN, width}, {at, -kInfinity, at + 1}};
+    const Row rows[] = {{at, 0, at + 1},    {at, -5, at + 1},  {at, std::nextafter(9e-5F, 0.0F), at + 1},
+                        {at, 9e-5F, width}, {at, kNaN, width}, {at, -kInfinity, at + 1}};
     constexpr ZimiSize size = {width, std::size(rows)};
     Image source(e.source, size), result(e.destination, size), expected(e.destination, size);
     result.fill(kUntouched);

@@ -123,7 +123,7 @@ class Model {
           const float u = valueAt(source_, x, y, c) + errorFrom(&rows[0][2] + x, &rows[1][2] + x, &rows[2][2] + x);
           rows[2][static_cast<std::size_t>(x) + 2] = quantise(u, x, y, c);
         }
-        std::ranges::rotate(rows, rows.begin() + 1);
+        std::rotate(rows.begin(), rows.begin() + 1, rows.end());
       }
     }
   }
@@ -435,7 +435,7 @@ void expectBits(int offset, ZimiSize size, ZimDitherKind dither, Zim8u threshold
       Zim8u& byte = row[position / 8];
       byte = static_cast<Zim8u>(bit ? byte | mask : byte & ~mask);
     }
-    std::ranges::rotate(errors, errors.begin() + 1);
+    std::rotate(errors.begin(), errors.begin() + 1, errors.end());
   }
   ASSERT_EQ(zimiReduceBits_8u1u_C1R(source.data(), size.width, bitmap.data(), static_cast<Zim32s>(step), offset, size,
                                     -1, -1, dither, threshold),
