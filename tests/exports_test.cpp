@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "tests/canvas.h"
+#include "tests/pixels.h"
 #include "tests/reference.h"
 
 namespace zim::test {
@@ -216,6 +217,32 @@ TEST_P(EachWithAnyStep, NegativeStep) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, EachWithAnyStep, testing::ValuesIn(formsWhere(takesAnyStep)), nameOf);
+
+using EachWithFourth = EachExport;
+
+TEST_P(EachWithFourth, SampleAskedFor) {
+  const ZimiSize size = goodSize(e, {67, 4});
+  const Image source = sourceOf(e, size, Contents::random);
+  Image usual(e.destination, size), asked(e.destination, size);
+  ASSERT_EQ(call(Operands(e, source, usual)), resultOf(e, size));
+  Operands operands(e, source, asked);
+  operands.value("aval").set({77});
+  ASSERT_EQ(call(operands), resultOf(e, size));
+  visit(e.destination.type, [&]<class T>(std::type_identity<T>) {
+    const Samples<T> usualSamples(usual), askedSamples(asked);
+    for (int y = 0; y < size.height; ++y) {
+      for (int x = 0; x < size.width / 2 * 2; ++x) {
+        ASSERT_EQ(askedSamples(x, y, 3), T(77));
+        for (std::size_t c = 0; c < 3; ++c) ASSERT_EQ(askedSamples(x, y, c), usualSamples(x, y, c));
+      }
+    }
+  });
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EachWithFourth, testing::ValuesIn(formsWhere([](const Export& e) {
+                           return !e.further.empty() && e.further.back().name == "aval";
+                         })),
+                         nameOf);
 
 }  // namespace
 }  // namespace zim::test

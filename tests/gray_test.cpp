@@ -1,27 +1,19 @@
 // Values of the gray conversions, worked out from their arithmetic.
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
 #include <limits>
-#include <memory>
 #include <random>
 #include <vector>
 
-#include "tests/pages.h"
-#include "tools/catalogue/caller.h"
+#include "tests/pixels.h"
 
+namespace zim::test {
 namespace {
 
-using namespace zim::catalogue;
-using namespace zim::test;
+using namespace catalogue;
 
 using Weights = std::vector<double>;
-
-template <class T>
-struct Pixel {
-  T a, b, c;
-};
 
 // "8u" for bytes, and so on.
 template <class T>
@@ -79,8 +71,8 @@ void expectKnown(const std::vector<Known<T>>& known, const Weights& weights = {}
     for (const std::size_t width : {1U, 40U}) {
       const std::vector pixels(width, pixel);
       const std::vector expected(width, gray);
-      EXPECT_EQ((grayOf<T, 3>(pixels, weights)), expected) << +pixel.a << ' ' << +pixel.b << ' ' << +pixel.c;
-      EXPECT_EQ((grayOf<T, 4>(pixels, weights)), expected) << +pixel.a << ' ' << +pixel.b << ' ' << +pixel.c;
+      EXPECT_EQ((grayOf<T, 3>(pixels, weights)), expected) << +pixel[0] << ' ' << +pixel[1] << ' ' << +pixel[2];
+      EXPECT_EQ((grayOf<T, 4>(pixels, weights)), expected) << +pixel[0] << ' ' << +pixel[1] << ' ' << +pixel[2];
     }
   }
 }
@@ -132,16 +124,11 @@ TEST(Gray, HalfIsAddedBeforeTheSecondProduct) {
 
 // ---- Any weights, against plain integers -------------------------------------------------------------------------
 
-// What the processor makes of a number that may not fit.
-Zim32s truncated(Zim64f x) {
-  return x > -2147483649.0 && x < 2147483648.0 ? static_cast<Zim32s>(x) : std::numeric_limits<Zim32s>::min();
-}
-
 Zim8u plainGray(const Pixel<Zim8u>& p, const Weights& weights) {
   const auto term = [](Zim8u sample, Zim64f weight) {
     return sample * static_cast<Zim32u>(truncated(weight * 4096.0 + 0.5));
   };
-  return static_cast<Zim8u>((term(p.a, weights[0]) + term(p.b, weights[1]) + term(p.c, weights[2]) + 2048U) >> 12);
+  return static_cast<Zim8u>((term(p[0], weights[0]) + term(p[1], weights[1]) + term(p[2], weights[2]) + 2048U) >> 12);
 }
 
 TEST(Gray, WideWeightsOfBytes) {
@@ -180,35 +167,5 @@ TEST(Gray, NullWeightsAreTheFixedOnes) {
   EXPECT_EQ((grayOf<Zim8u, 3>(pixels, {0.299F, 0.587F, 0.114F})), (grayOf<Zim8u, 3>(pixels, {})));
 }
 
-// Row offsets are 32-bit products, of bytes or of samples: with a step of 1 GiB they come back to the first row.
-template <class T>
-void expectOffsetsWrap(int unit) {
-  constexpr Zim32s step = 1 << 30;
-  const int period = 4 * unit;  // rows until the product is 0 again
-  const std::size_t length = static_cast<std::size_t>(period) * step;
-  const auto release = [length](std::byte* p) { releasePages(p, length); };
-  const std::unique_ptr<std::byte, decltype(release)> pages(reservePages(length), release);
-  if (pages == nullptr) GTEST_SKIP() << "no address space of " << (length >> 30) << " GiB";
-  auto* const middle = pages.get() + length / 2;
-
-  std::vector<T> gray(static_cast<std::size_t>(period) + 1);
-  for (int y = 0; y < period; ++y) {
-    const int quarters = y < period / 2 ? y : y - period;
-    auto* const row = reinterpret_cast<T*>(middle + std::ptrdiff_t{quarters} * step);
-    openPages(reinterpret_cast<std::byte*>(row), 3 * sizeof(T));
-    for (int c = 0; c < 3; ++c) row[c] = static_cast<T>(y + 1);
-  }
-  const Export& e = *find((sizeof(T) == 8 ? "zimiColorToGray_" : "zimiRGBToGray_") + typeName<T>() + "_C3C1R");
-  Operands operands(e, {1, period + 1});
-  operands.source = {{middle}, {step}};
-  operands.destination = {{gray.data()}, {sizeof(T)}};
-  ASSERT_EQ(Caller(e)(operands), zimResultOk);
-  for (int y = 0; y <= period; ++y) EXPECT_EQ(std::lround(gray[static_cast<std::size_t>(y)]), y % period + 1);
-}
-
-TEST(Gray, OffsetsWrap8u) { expectOffsetsWrap<Zim8u>(1); }
-TEST(Gray, OffsetsWrap16u) { expectOffsetsWrap<Zim16u>(sizeof(Zim16u)); }
-TEST(Gray, OffsetsWrap32f) { expectOffsetsWrap<Zim32f>(sizeof(Zim32f)); }
-TEST(Gray, OffsetsWrap64f) { expectOffsetsWrap<Zim64f>(1); }
-
 }  // namespace
+}  // namespace zim::test

@@ -13,7 +13,6 @@
 #include "frame/lanes/fixed_point.h"
 #include "frame/lanes/lookup.h"
 #include "frame/lanes/memory.h"
-#include "frame/lanes/packed.h"
 #include "frame/lanes/zip.h"
 #include "tone/power_curve.h"
 
@@ -228,7 +227,6 @@ TYPED_TEST(LanesOf, ZipAndUnzip) {
       })
 
 TEST(Averages, OfBytes) {
-  EXPECT_AVERAGE("averageUp", (averageUp(a, b)), (a + b + 1) >> 1);
   EXPECT_AVERAGE("averageDown", (averageDown(a, b)), (a + b) >> 1);
   EXPECT_AVERAGE("averageUp of four", averageUp(a, b, c, d), (a + b + c + d + 2) >> 2);
   EXPECT_AVERAGE("averageDown of four", averageDown(a, b, c, d), (a + b + c + d) >> 2);
@@ -236,7 +234,6 @@ TEST(Averages, OfBytes) {
   EXPECT_AVERAGE("1 : 3", (blend<1, 2>(a, b)), (a + 3 * b + 2) >> 2);
   EXPECT_AVERAGE("5 : 3", (blend<5, 3>(a, b)), (5 * a + 3 * b + 4) >> 3);
   EXPECT_AVERAGE("7 : 1", (blend<7, 3>(a, b)), (7 * a + b + 4) >> 3);
-  EXPECT_AVERAGE("addSaturated", (addSaturated(a, b)), std::min(a + b, 255));
 }
 #undef EXPECT_AVERAGE
 
@@ -375,48 +372,6 @@ TEST(Conversion, SumsInLimbs) {
   expectSumInLimbs<98304, 65535, 65535>();
 }
 
-TEST(Woven, InOrderAgain) {
-  constexpr int block = kLanes<Zim8u>;
-  const auto bytes = samples<Zim8u>(6);
-  const auto words = samples<Zim16u>(7);
-  for (std::size_t i = 0; i + 3 * block <= bytes.size(); i += block) {
-    const Pixels<Zim8u, block, 3> pixels = {loadLanes<Zim8u, block>(&bytes[i]), loadLanes<Zim8u, block>(&bytes[i + 1]),
-                                            loadLanes<Zim8u, block>(&bytes[i + 2])};
-    // Below and above a byte, the samples of a channel saturate.
-    auto woven = weave<Zim16s>(pixels);
-    woven[1] = woven[1] * 3 - 100;
-    const auto back = inOrder<block>(woven);
-    for (std::size_t c = 0; c < 3; ++c) {
-      Zim8u result[block];
-      storeLanes<Zim8u, block>(result, back[c]);
-      for (std::size_t k = 0; k < block; ++k) {
-        const int x = bytes[i + c + k];
-        ASSERT_EQ(result[k], c == 1 ? std::clamp(3 * x - 100, 0, 255) : x);
-      }
-    }
-
-    const auto pair = load<Zim16u, block / 2, 2>(reinterpret_cast<const std::byte*>(&words[i]));
-    Zim16u result[block];
-    storeLanes<Zim16u, block>(result, inOrder<block>(Lane<Zim16u, block>::join(pair[0], pair[1])));
-    for (std::size_t k = 0; k < block; ++k) ASSERT_EQ(result[k], words[i + k]);
-  }
-}
-
-TEST(Woven, BytesSpread) {
-  constexpr std::size_t lanes = kLanes<Zim16s>;
-  const auto bytes = samples<Zim8u>(8);
-  const auto* p = reinterpret_cast<const std::byte*>(bytes.data());
-  for (std::size_t i = 0; i + lanes <= bytes.size(); ++i) {
-    Zim16s once[lanes], twice[lanes];
-    storeLanes<Zim16s, lanes>(once, loadSpread<1>(p + i));
-    storeLanes<Zim16s, lanes>(twice, loadSpread<2>(p + i));
-    for (std::size_t k = 0; k < lanes; ++k) {
-      ASSERT_EQ(once[k], bytes[i + k]);
-      ASSERT_EQ(twice[k], bytes[i + k / 2]);
-    }
-  }
-}
-
 template <class T>
 void expectAveragesAndDistances() {
   expectSameInAllForms<T, T>(
@@ -469,153 +424,6 @@ TEST(Masks, AsBitsInOrderOfMemory) {
   expectBits<kLanes<Zim8s>>();
 }
 
-template <std::size_t Stride>
-void expectPackedSums() {
-  constexpr int part = kLanes<Zim32s>;
-  const auto image = samples<Zim8u>(5);
-  std::array<Lane<Zim32s, part>, 4> sums;
-  const auto* bytes = reinterpret_cast<const std::byte*>(image.data());
-  for (std::size_t i = 0; i < 4; ++i) {
-    const auto* p = bytes + i * part * Stride;
-    sums[i] =
-        dot(i == 3 ? loadPacked<Stride, Extent::shortOfLast>(p) : loadPacked<Stride, Extent::whole>(p), 20, 30, 14);
-  }
-  Zim8u stored[4 * part];
-  storePacked(reinterpret_cast<std::byte*>(stored), sums, [](auto sum) { return roundingShift<6>(sum); });
-  for (std::size_t x = 0; x < 4 * part; ++x) {
-    const Zim8u* p = &image[x * Stride];
-    ASSERT_EQ(stored[x], (20 * p[0] + 30 * p[1] + 14 * p[2] + 32) >> 6) << Stride << " samples a pixel, pixel " << x;
-  }
-}
-
-TEST(PackedPixels, WeightedSums) {
-  expectPackedSums<3>();
-  expectPackedSums<4>();
-}
-
-// Blocks of packed pixels, the middle sample with a coefficient beyond 16 bits, and then the sums of pairs, with the
-// first and the last beyond.
-template <std::size_t Stride, int N>
-void expectPackedBlock() {
-  constexpr std::size_t parts = N / kLanes<Zim32s>;
-  const auto image = samples<Zim8u>(6);
-  const auto* bytes = reinterpret_cast<const std::byte*>(image.data());
-  const auto block = perChannel<parts>([&](auto i) { return loadPart<Stride, N, i>(bytes); });
-  const auto pairs = perChannel<parts / 2>([&](auto i) { return neighbourSums(block[2 * i], block[2 * i + 1]); });
-  Zim16s pixelSums[N], pairSums[N / 2], first[N / 2], third[N / 2];
-  storeLanes(pixelSums, packedWeighted<FixedRow{{16843, 33031, 6423}, 1081344}>(block));
-  storeLanes(pairSums, packedWeighted<FixedRow{{33489, -7668, 40000}, -1000}, 17>(pairs));
-  const auto ends = firstAndThird(pairs);
-  storeLanes(first, ends[0]);
-  storeLanes(third, ends[1]);
-  for (std::size_t x = 0; x < N; ++x) {
-    const Zim8u* p = &image[x * Stride];
-    ASSERT_EQ(pixelSums[x], (16843 * p[0] + 33031 * p[1] + 6423 * p[2] + 1081344) >> 16) << Stride << ", " << x;
-    if (x % 2 != 0) continue;
-    const Zim8u* q = p + Stride;
-    ASSERT_EQ(first[x / 2], p[0] + q[0]);
-    ASSERT_EQ(third[x / 2], p[2] + q[2]);
-    ASSERT_EQ(pairSums[x / 2], (33489 * (p[0] + q[0]) - 7668 * (p[1] + q[1]) + 40000 * (p[2] + q[2]) - 1000) >> 17);
-  }
-}
-
-TEST(PackedPixels, Blocks) {
-  if constexpr (kParts > 1) {
-    expectPackedBlock<3, kLanes<Zim8u>>();
-    expectPackedBlock<3, 2 * kLanes<Zim8u>>();
-  }
-  expectPackedBlock<4, kLanes<Zim8u>>();
-  expectPackedBlock<4, 2 * kLanes<Zim8u>>();
-}
-
-TEST(Pairs, NeighboursAndPlacesInABlock) {
-  constexpr int lanes = kLanes<Zim16s>;
-  const auto a = samples<Zim16s>(7), b = samples<Zim16s>(8);
-  for (std::size_t i = 0; i + 2 * lanes <= a.size(); i += 2 * lanes) {
-    Zim32s products[lanes];
-    storeLanes(products, neighbourDot(loadLanes<Zim16s, 2 * lanes>(&a[i]), -19071));
-    Zim16s moved[lanes];
-    storeLanes(moved, movedUp(loadLanes<Zim16s, lanes>(&a[i]), loadLanes<Zim16s, lanes>(&b[i])));
-    std::byte bytes[2][lanes];
-    storeBytes(bytes[0], loadLanes<Zim16s, lanes>(&a[i]), bytes[1], loadLanes<Zim16s, lanes>(&b[i]));
-    for (std::size_t k = 0; k < lanes; ++k) {
-      ASSERT_EQ(products[k], -19071 * (a[i + 2 * k] + a[i + 2 * k + 1]));
-      ASSERT_EQ(moved[k], k == 0 ? b[i + lanes - 1] : a[i + k - 1]);
-      ASSERT_EQ(static_cast<int>(bytes[0][k]), std::clamp<int>(a[i + k], 0, 255));
-      ASSERT_EQ(static_cast<int>(bytes[1][k]), std::clamp<int>(b[i + k], 0, 255));
-    }
-  }
-}
-
-// Three samples of four, in every form that stores them: the fourth keeps what it was.
-template <class T, int N>
-void expectFourthsUntouched(const Pixels<T, N, 3>& pixels) {
-  std::array<T, 4 * N> stored;
-  stored.fill(T(77));
-  storeThreeOfFour<T, N>(reinterpret_cast<std::byte*>(stored.data()), pixels);
-  T plain[3][N];
-  for (std::size_t c = 0; c < 3; ++c) storeLanes(plain[c], pixels[c]);
-  for (std::size_t x = 0; x < N; ++x) {
-    for (std::size_t c = 0; c < 4; ++c) {
-      ASSERT_TRUE(same(stored[4 * x + c], c < 3 ? plain[c][x] : T(77))) << sizeof(T) << " bytes, pixel " << x;
-    }
-  }
-}
-template <class T>
-void expectThreeOfFour() {
-  const auto values = samples<T>(9);
-  const auto pixels = [&]<int N>(std::integral_constant<int, N>) {
-    return perChannel<3>([&](auto c) { return loadLanes<T, N>(&values[c * N]); });
-  };
-  expectFourthsUntouched<T, kLanes<T>>(pixels(std::integral_constant<int, kLanes<T>>()));
-  expectFourthsUntouched<T, 2 * kLanes<T>>(pixels(std::integral_constant<int, 2 * kLanes<T>>()));
-}
-
-TEST(Channels, ThreeOfFour) {
-  expectThreeOfFour<Zim8u>();
-  expectThreeOfFour<Zim16s>();
-  expectThreeOfFour<Zim32f>();
-
-  // Words of half a block, saturated.
-  constexpr int N = kLanes<Zim8u>;
-  const auto values = samples<Zim16s>(10);
-  const auto words = perChannel<3>([&](auto c) { return loadLanes<Zim16s, N>(&values[c * N]); });
-  const auto bytes = perChannel<3>([&](auto c) { return narrow<Zim8u>(words[c]); });
-  std::array<Zim8u, 4 * N> whole, halves;
-  whole.fill(77);
-  halves.fill(77);
-  storeThreeOfFour<Zim8u, N>(reinterpret_cast<std::byte*>(whole.data()), bytes);
-  storeBytesThreeOfFour<N / 2>(reinterpret_cast<std::byte*>(halves.data()), lowHalves(words));
-  storeBytesThreeOfFour<N / 2>(reinterpret_cast<std::byte*>(halves.data()) + 32, highHalves(words));
-  EXPECT_EQ(whole, halves);
-}
-
-// Coefficients that fit 16 bits, that a scale makes fit, and that leave whole multiples of 65536.
-template <Zim32s first, Zim32s second, int N>
-void expectWideSums() {
-  const auto values = samples<Zim8u>(11);
-  for (std::size_t i = 0; i + N <= values.size(); i += N) {
-    const auto x = convert<Zim16s>(loadLanes<Zim8u, N>(&values[i]));
-    Zim32s sums[N / 2];
-    Zim16s upper[N];
-    storeLanes(sums, wideNeighbourDot<first, second>(x));
-    storeLanes(upper, plusWhole<first>(highWords(products<first>(x)), x));
-    for (std::size_t k = 0; k < N; ++k) {
-      ASSERT_EQ(upper[k], first * values[i + k] >> 16);
-      const std::size_t pair = i + k / 2 * 2;
-      ASSERT_EQ(sums[k / 2], first * values[pair] + second * values[pair + 1]);
-    }
-  }
-}
-
-TEST(Pairs, SumsBeyond16Bits) {
-  expectWideSums<19071, -30000, kLanes<Zim8u>>();
-  expectWideSums<0, 104595, kLanes<Zim8u>>();
-  expectWideSums<132186, 0, kLanes<Zim8u>>();
-  expectWideSums<-25690, -53281, kLanes<Zim8u>>();
-  expectWideSums<104593, -53281, kLanes<Zim8u>>();
-}
-
 // In every interval at its ends and in between; the rest of the bound is for errors of rounding elsewhere.
 template <class Curve>
 void expectWithinBound(const Curve& curve) {
@@ -657,38 +465,6 @@ TEST(Tables, LookUp) {
   expectSameInAllForms<Zim32s, Zim32s>(
       "lookUp", [](auto a, auto) { return lookUp(kSquares, a & 255); },
       [](Zim32s a, Zim32s) { return (a & 255) * (a & 255); });
-}
-
-constexpr auto kSixteen = [] {
-  std::array<Zim64f, 16> table{};
-  for (std::size_t i = 0; i < 16; ++i) table[i] = 1.0 / static_cast<double>(i + 1);
-  return table;
-}();
-
-TEST(Tables, LookUpInRegisters) {
-  constexpr std::size_t lanes = 2 * kLanes<Zim64f>;
-  for (std::uint64_t start = 0; start < 16; ++start) {
-    std::uint64_t index[lanes];
-    for (std::size_t k = 0; k < lanes; ++k) index[k] = (start + 7 * k) | std::uint64_t{k} << 40;
-    Zim64f entries[lanes];
-    storeLanes<Zim64f, lanes>(entries, lookUp(kSixteen, loadLanes<std::uint64_t, lanes>(index)));
-    for (std::size_t k = 0; k < lanes; ++k) EXPECT_EQ(entries[k], kSixteen[(start + 7 * k) % 16]);
-  }
-}
-
-TEST(RowsSideBySide, TransposedAndShifted) {
-  constexpr std::size_t lanes = kLanes<Zim32s>;
-  const auto values = samples<Zim32s>(6);
-  const auto row = [&](std::size_t r) { return loadLanes<Zim32s, lanes>(&values[r * lanes]); };
-  const auto columns = transpose<Zim32s, lanes>({row(0), row(1), row(2), row(3)});
-  for (std::size_t i = 0; i < 4; ++i) {
-    Zim32s column[lanes];
-    storeLanes<Zim32s, lanes>(column, columns[i]);
-    for (std::size_t k = 0; k < lanes; ++k) EXPECT_EQ(column[k], values[k % 4 * lanes + k / 4 * 4 + i]);
-  }
-  Zim32s shifted[lanes];
-  storeLanes<Zim32s, lanes>(shifted, shiftedUp(row(1), &values[0]));
-  for (std::size_t k = 0; k < lanes; ++k) EXPECT_EQ(shifted[k], values[k == 0 ? 0 : lanes + k - 1]);
 }
 
 TEST(Masks, AnyFindsASingleLane) {

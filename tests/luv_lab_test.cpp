@@ -3,29 +3,23 @@
 
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <random>
-#include <type_traits>
 #include <vector>
 
-#include "zimcc.h"
+#include "tests/pixels.h"
 
+namespace zim::test {
 namespace {
 
-template <class T>
-using Pixel = std::array<T, 3>;
+using catalogue::Caller;
+using catalogue::Export;
+using catalogue::Image;
+using catalogue::Operands;
 using Floats = Pixel<Zim32f>;
 
 constexpr Zim32f kNaN = std::numeric_limits<Zim32f>::quiet_NaN();
 constexpr Zim32f kInfinity = std::numeric_limits<Zim32f>::infinity();
-
-// As the processor truncates.
-template <class F>
-Zim32s truncated(F x) {
-  return x > F(-2147483904.0) && x < F(2147483648.0) && x >= F(-2147483648.0) ? static_cast<Zim32s>(x)
-                                                                              : std::numeric_limits<Zim32s>::min();
-}
 
 template <class F>
 Zim32s clamped(F x, Zim32s high) {
@@ -110,41 +104,18 @@ Zim32f plainLuminance(Zim32f l) {
   return l >= 7.9996247F ? t * t * t : l / 903.3F;
 }
 
-Xyz plainXyzOf(const Floats& p, Zim32f full, Zim32f scale, Zim32f epsilon, bool& dark) {
-  const Zim32f l = p[0] * 100 / full;
-  dark = l < 9e-5F;
-  const Zim32f l13 = l * 13;
-  return plainXyz(plainLuminance(l), scale, (p[1] * 354 / full - 134) / l13 + 0.19783941F,
-                  (p[2] * 262 / full - 140) / l13 + 0.4683422F, epsilon);
-}
-
-template <class T>
-Pixel<T> fromScaledLuv(const Pixel<T>& pixel, Zim32s full, int lift, Zim32f epsilon) {
-  bool dark;
-  const auto [x, y, z] =
-      plainXyzOf(floatsOf(pixel, lift), static_cast<Zim32f>(full), static_cast<Zim32f>(full), epsilon, dark);
-  if (dark) return {static_cast<T>(-lift), static_cast<T>(-lift), static_cast<T>(-lift)};
+Pixel<Zim8u> fromLuv(const Pixel<Zim8u>& pixel) {
+  const Floats p = floatsOf(pixel);
+  const Zim32f l = p[0] * 100 / 255;
+  if (l < 9e-5F) return {0, 0, 0};
+  const auto [x, y, z] = plainXyz(plainLuminance(l), 255, (p[1] * 354 / 255 - 134) / (l * 13) + 0.19783941F,
+                                  (p[2] * 262 / 255 - 140) / (l * 13) + 0.4683422F, 1.1920929e-7F);
   const Zim32f red = 0.5F - 1.53715F * y + 3.240479F * x - 0.498535F * z;
   const Zim32f green = 1.875991F * y + 0.5F + -0.969256F * x + 0.041556F * z;
   const Zim32f partOfBlue = x * 0.055648F - y * 0.204043F;
   const double blue = static_cast<double>(partOfBlue) + 0.5 + static_cast<double>(z) * 1.057311;
-  return {static_cast<T>(clamped(red, full) - lift), static_cast<T>(clamped(green, full) - lift),
-          static_cast<T>(clamped(blue, full) - lift)};
-}
-Pixel<Zim8u> fromLuv(const Pixel<Zim8u>& pixel) { return fromScaledLuv(pixel, 255, 0, 1.1920929e-7F); }
-Pixel<Zim16s> fromLuv(const Pixel<Zim16s>& pixel) { return fromScaledLuv(pixel, 65535, 32768, 1.1920929e-5F); }
-
-Pixel<Zim16u> fromLuv(const Pixel<Zim16u>& pixel) {
-  bool dark;
-  const auto [x, y, z] = plainXyzOf(floatsOf(pixel), 65535, 1, 1.1920929e-5F, dark);
-  if (dark) return {0, 0, 0};
-  const Zim32f red = (3.240479F * x - y * 1.53715F - 0.498535F * z) * 65535 + 0.5F;
-  const Zim32f green = (y * 1.875991F + -0.969256F * x + 0.041556F * z) * 65535 + 0.5F;
-  const Zim32f partOfBlue = x * 0.055648F - y * 0.204043F;
-  const auto blue =
-      static_cast<Zim32f>((static_cast<double>(partOfBlue) + static_cast<double>(z) * 1.057311) * 65535.0) + 0.5F;
-  return {static_cast<Zim16u>(clamped(red, 65535)), static_cast<Zim16u>(clamped(green, 65535)),
-          static_cast<Zim16u>(clamped(blue, 65535))};
+  return {static_cast<Zim8u>(clamped(red, 255)), static_cast<Zim8u>(clamped(green, 255)),
+          static_cast<Zim8u>(clamped(blue, 255))};
 }
 
 Floats fromLuv(const Floats& luv) {
@@ -203,95 +174,24 @@ Pixel<Zim8u> fromLab(const Pixel<Zim8u>& lab) {
   const auto stored = [](Zim32f a) { return static_cast<Zim8u>(clamped(static_cast<double>(a) + 0.5, 255)); };
   return {stored(bgr[0]), stored(bgr[1]), stored(bgr[2])};
 }
-Pixel<Zim8u> fromLab16(const Pixel<Zim16u>& lab) {
-  const Floats p = floatsOf(lab);
-  const Zim32f fy = (p[0] * 100 / 65535 + 16) / 116;
-  const Floats bgr = plainCubes((p[1] / 255 - 128) / 500 + fy, fy, fy - (p[2] / 255 - 128) / 200);
-  const auto stored = [](Zim32f a) { return static_cast<Zim8u>(clamped(a, 255)); };
-  return {stored(bgr[0]), stored(bgr[1]), stored(bgr[2])};
-}
-
 // ---- Comparison ----
 
+// The formula of these types.
 template <class S, class D>
-using Function = ZimResult (*)(const S*, Zim32s, D*, Zim32s, ZimiSize);
-template <class S, class D>
-using Formula = Pixel<D> (*)(const Pixel<S>&);
-
-template <class T>
-bool same(const Pixel<T>& a, const Pixel<T>& b) {
-  for (std::size_t c = 0; c < 3; ++c) {
-    if constexpr (std::is_floating_point_v<T>) {
-      if (std::isnan(a[c]) && std::isnan(b[c])) continue;
-    }
-    if (std::memcmp(&a[c], &b[c], sizeof(T)) != 0) return false;
-  }
-  return true;
+void expectAs(const char* name, Pixel<D> (*formula)(const Pixel<S>&), const std::vector<Pixel<S>>& pixels) {
+  expectFormula<S, D>(name, pixels, formula);
 }
 
-// All pixels in one row.
-template <class S, class D>
-void expectAsFormula(Function<S, D> function, Formula<S, D> formula, const std::vector<Pixel<S>>& pixels) {
-  std::vector<Pixel<D>> results(pixels.size());
-  ASSERT_EQ(function(pixels.data()->data(), 0, results.data()->data(), 0, {static_cast<Zim32s>(pixels.size()), 1}),
-            zimResultOk);
-  for (std::size_t i = 0; i < pixels.size(); ++i) {
-    const Pixel<S>& p = pixels[i];
-    const Pixel<D> expected = formula(p);
-    ASSERT_TRUE(same(results[i], expected))
-        << std::hexfloat << +p[0] << ' ' << +p[1] << ' ' << +p[2] << " gives " << +results[i][0] << ' '
-        << +results[i][1] << ' ' << +results[i][2] << " in place of " << +expected[0] << ' ' << +expected[1] << ' '
-        << +expected[2];
-  }
-}
-
-template <class D>
-void expectAllTriples(Function<Zim8u, D> function, Formula<Zim8u, D> formula) {
-  std::vector<Pixel<Zim8u>> pixels(1 << 16);
-  for (unsigned first = 0; first < 256 && !testing::Test::HasFatalFailure(); ++first) {
-    for (unsigned i = 0; i < pixels.size(); ++i) {
-      pixels[i] = {static_cast<Zim8u>(first), static_cast<Zim8u>(i >> 8), static_cast<Zim8u>(i)};
-    }
-    expectAsFormula(function, formula, pixels);
-  }
-}
-
-TEST(AllTriples, ToLuv) { expectAllTriples<Zim8u>(zimiRGBToLUV_8u_C3R, toLuv); }
-TEST(AllTriples, FromLuv) { expectAllTriples<Zim8u>(zimiLUVToRGB_8u_C3R, fromLuv); }
-TEST(AllTriples, ToLab) { expectAllTriples<Zim8u>(zimiBGRToLab_8u_C3R, toLab); }
-TEST(AllTriples, ToLab16) { expectAllTriples<Zim16u>(zimiBGRToLab_8u16u_C3R, toLab16); }
-TEST(AllTriples, FromLab) { expectAllTriples<Zim8u>(zimiLabToBGR_8u_C3R, fromLab); }
-
-// Words near the ends of their range and anywhere in it, grays among them.
-template <class T>
-std::vector<Pixel<T>> words() {
-  constexpr std::size_t count = 1 << 20;
-  std::mt19937_64 random(1);
-  std::vector<Pixel<T>> pixels;
-  for (const int a : {0, 1, 7, 255, 32767, 32768, 65535}) {
-    for (const int b : {0, 1, 32768, 65535})
-      pixels.push_back({static_cast<T>(a), static_cast<T>(b), static_cast<T>(b)});
-  }
-  const auto moved = [](std::uint64_t x) { return static_cast<T>(x + (std::is_signed_v<T> ? 32768 : 0)); };
-  while (pixels.size() < count) {
-    const std::uint64_t draw = random(), dimming = random() % 12;
-    const auto word = [&](int i) { return (draw >> 16 * i & 0xFFFF) >> dimming; };
-    pixels.push_back(draw >> 62 == 0 ? Pixel<T>{moved(word(0)), moved(word(0)), moved(word(0))}
-                                     : Pixel<T>{moved(word(0)), moved(word(1)), moved(word(2))});
-  }
-  return pixels;
-}
+TEST(AllTriples, ToLuv) { expectAs<Zim8u, Zim8u>("zimiRGBToLUV_8u_C3R", toLuv, allBytes()); }
+TEST(AllTriples, FromLuv) { expectAs<Zim8u, Zim8u>("zimiLUVToRGB_8u_C3R", fromLuv, allBytes()); }
+TEST(AllTriples, ToLab) { expectAs("zimiBGRToLab_8u_C3R", toLab, allBytes()); }
+TEST(AllTriples, ToLab16) { expectAs("zimiBGRToLab_8u16u_C3R", toLab16, allBytes()); }
+TEST(AllTriples, FromLab) { expectAs("zimiLabToBGR_8u_C3R", fromLab, allBytes()); }
 
 TEST(Words, ToLuv) {
-  expectAsFormula<Zim16u, Zim16u>(zimiRGBToLUV_16u_C3R, toLuv, words<Zim16u>());
-  expectAsFormula<Zim16s, Zim16s>(zimiRGBToLUV_16s_C3R, toLuv, words<Zim16s>());
+  expectAs<Zim16u, Zim16u>("zimiRGBToLUV_16u_C3R", toLuv, manyPixels<Zim16u>());
+  expectAs<Zim16s, Zim16s>("zimiRGBToLUV_16s_C3R", toLuv, manyPixels<Zim16s>());
 }
-TEST(Words, FromLuv) {
-  expectAsFormula<Zim16u, Zim16u>(zimiLUVToRGB_16u_C3R, fromLuv, words<Zim16u>());
-  expectAsFormula<Zim16s, Zim16s>(zimiLUVToRGB_16s_C3R, fromLuv, words<Zim16s>());
-}
-TEST(Words, FromLab) { expectAsFormula<Zim16u, Zim8u>(zimiLabToBGR_16u8u_C3R, fromLab16, words<Zim16u>()); }
-
 // Of low to high in each channel, all kinds of floats between.
 std::vector<Floats> floats(const Floats& low, const Floats& high) {
   constexpr std::size_t count = 1 << 19;
@@ -313,7 +213,7 @@ std::vector<Floats> floats(const Floats& low, const Floats& high) {
 
 TEST(Floats, ToLuv) {
   for (const Zim32f high : {1.0F, 0.02F, 1000.0F, 3e38F}) {
-    expectAsFormula<Zim32f, Zim32f>(zimiRGBToLUV_32f_C3R, toLuv, floats({0, 0, 0}, {high, high, high}));
+    expectAs<Zim32f, Zim32f>("zimiRGBToLUV_32f_C3R", toLuv, floats({0, 0, 0}, {high, high, high}));
   }
 }
 
@@ -323,86 +223,77 @@ TEST(Floats, FromLuv) {
   for (auto& [l, u, v] : pixels) {
     if (l < 9e-5F) l = 1 - l;
   }
-  expectAsFormula<Zim32f, Zim32f>(zimiLUVToRGB_32f_C3R, fromLuv, pixels);
+  expectAs<Zim32f, Zim32f>("zimiLUVToRGB_32f_C3R", fromLuv, pixels);
   for (auto& [l, u, v] : pixels) v = l * 13 * -0.468342F;  // of v' about zero
-  expectAsFormula<Zim32f, Zim32f>(zimiLUVToRGB_32f_C3R, fromLuv, pixels);
+  expectAs<Zim32f, Zim32f>("zimiLUVToRGB_32f_C3R", fromLuv, pixels);
 }
 
 // ---- Rows end at their first dark pixel ----
 
-template <std::size_t stride>
-void expectRowsEndAtDarkPixels(Function<Zim32f, Zim32f> function) {
-  constexpr std::size_t width = 45;
-  constexpr Zim32f kUntouched = 77;
+void expectRowsEndAtDarkPixels(const char* name) {
+  constexpr int width = 45;
+  constexpr std::byte kUntouched{77};
   struct Row {
-    std::size_t dark;
+    int dark;
     Zim32f lightness;
-    std::size_t converted;
+    int converted;
   };
-  for (std::size_t at = 0; at < width; ++at) {
-    const Row rows[] = {
-        {at, 0, at + 1}, {at, -5, at + 1}, {at, 9e-5F, width}, {at, kNaN, width}, {at, -kInfinity, at + 1}};
-    constexpr auto height = std::size(rows);
-    std::vector<Zim32f> source(height * width * stride, 40), result(source.size(), kUntouched);
-    for (std::size_t y = 0; y < height; ++y) {
-      source[(y * width + rows[y].dark) * stride] = rows[y].lightness;
-      if (at + 2 < width) source[(y * width + width - 1) * stride] = rows[y].converted < width ? 0 : 40;
-    }
-    constexpr auto step = static_cast<Zim32s>(width * stride * sizeof(Zim32f));
-    ASSERT_EQ(function(source.data(), step, result.data(), step, {width, height}), zimResultOk);
-    for (std::size_t y = 0; y < height; ++y) {
-      for (std::size_t x = 0; x < width; ++x) {
-        const Zim32f* p = &source[(y * width + x) * stride];
-        const Zim32f* r = &result[(y * width + x) * stride];
-        const Floats expected =
-            x < rows[y].converted ? fromLuv(Floats{p[0], p[1], p[2]}) : Floats{kUntouched, kUntouched, kUntouched};
-        ASSERT_TRUE(same({r[0], r[1], r[2]}, expected)) << "row " << y << ", pixel " << x << ", dark at " << at;
-        if constexpr (stride == 4) {
-          ASSERT_EQ(r[3], kUntouched);
+  const Export& e = exportOf(name);
+  for (int at = 0; at < width; ++at) {
+    const Row rows[] = {{at, 0, at + 1},    {at, -5, at + 1},  {at, std::nextafter(9e-5F, 0.0F), at + 1},
+                        {at, 9e-5F, width}, {at, kNaN, width}, {at, -kInfinity, at + 1}};
+    constexpr ZimiSize size = {width, std::size(rows)};
+    Image source(e.source, size), result(e.destination, size), expected(e.destination, size);
+    result.fill(kUntouched);
+    expected.fill(kUntouched);
+    const Samples<Zim32f> from(source), to(expected);
+    for (int y = 0; y < size.height; ++y) {
+      const auto& [dark, lightness, converted] = rows[y];
+      for (int x = 0; x < width; ++x) {
+        const bool darkAgain = x == width - 1 && at + 2 < width && converted < width;
+        const Floats pixel = {x == dark ? lightness : darkAgain ? 0 : 40, 40, 40}, rgb = fromLuv(pixel);
+        for (std::size_t c = 0; c < 3; ++c) {
+          from(x, y, c) = pixel[c];
+          if (x < converted) to(x, y, c) = rgb[c];
         }
       }
     }
+    ASSERT_EQ(Caller(e)(Operands(e, source, result)), zimResultOk);
+    ASSERT_EQ(result.digest(), expected.digest()) << name << ", dark at " << at;
   }
 }
 
 TEST(Luv32f, RowsEndAtTheirFirstDarkPixel) {
-  expectRowsEndAtDarkPixels<3>(zimiLUVToRGB_32f_C3R);
-  expectRowsEndAtDarkPixels<4>(zimiLUVToRGB_32f_AC4R);
+  expectRowsEndAtDarkPixels("zimiLUVToRGB_32f_C3R");
+  expectRowsEndAtDarkPixels("zimiLUVToRGB_32f_AC4R");
 }
 
 // ---- Known values ----
 
 template <class S, class D>
-void expectKnown(Function<S, D> function, const std::type_identity_t<Pixel<S>>& pixel,
-                 const std::type_identity_t<Pixel<D>>& expected) {
-  const std::vector<Pixel<S>> pixels(40, pixel);
-  std::vector<Pixel<D>> results(40);
-  ASSERT_EQ(function(pixels[0].data(), 0, results[0].data(), 0, {40, 1}), zimResultOk);
-  for (const auto& result : results) EXPECT_TRUE(same(result, expected)) << +pixel[0] << ' ' << +pixel[1];
+void expectKnown(const char* name, const Pixel<S>& pixel, const Pixel<D>& expected) {
+  expectFormula<S, D>(name, std::vector(256 * 40, pixel), [&](const Pixel<S>&) { return expected; });
 }
 
 TEST(Known, BlackAndWhite) {
-  expectKnown(zimiRGBToLUV_8u_C3R, {0, 0, 0}, {0, 97, 136});
-  expectKnown(zimiRGBToLUV_8u_C3R, {255, 255, 255}, {255, 97, 136});
-  expectKnown(zimiRGBToLUV_16u_C3R, {0, 0, 0}, {0, 24807, 35019});
-  expectKnown(zimiRGBToLUV_32f_C3R, {0, 0, 0}, {0, -0.0F, -0.0F});
-  expectKnown(zimiLUVToRGB_16s_C3R, {-32768, 1000, -7}, {-32768, -32768, -32768});
-  expectKnown(zimiBGRToLab_8u_C3R, {0, 0, 0}, {0, 128, 128});
-  expectKnown(zimiBGRToLab_8u_C3R, {255, 255, 255}, {255, 128, 128});
-  expectKnown(zimiLabToBGR_8u_C3R, {0, 128, 128}, {1, 1, 1});
-  expectKnown(zimiLabToBGR_16u8u_C3R, {0, 32640, 32640}, {0, 0, 0});
+  expectKnown<Zim8u, Zim8u>("zimiRGBToLUV_8u_C3R", {0, 0, 0}, {0, 97, 136});
+  expectKnown<Zim8u, Zim8u>("zimiRGBToLUV_8u_C3R", {255, 255, 255}, {255, 97, 136});
+  expectKnown<Zim16u, Zim16u>("zimiRGBToLUV_16u_C3R", {0, 0, 0}, {0, 24807, 35019});
+  expectKnown<Zim32f, Zim32f>("zimiRGBToLUV_32f_C3R", {0, 0, 0}, {0, -0.0F, -0.0F});
+  expectKnown<Zim16s, Zim16s>("zimiLUVToRGB_16s_C3R", {-32768, 1000, -7}, {-32768, -32768, -32768});
+  expectKnown<Zim8u, Zim8u>("zimiBGRToLab_8u_C3R", {0, 0, 0}, {0, 128, 128});
+  expectKnown<Zim8u, Zim8u>("zimiBGRToLab_8u_C3R", {255, 255, 255}, {255, 128, 128});
+  expectKnown<Zim8u, Zim8u>("zimiLabToBGR_8u_C3R", {0, 128, 128}, {1, 1, 1});
+  expectKnown<Zim16u, Zim8u>("zimiLabToBGR_16u8u_C3R", {0, 32640, 32640}, {0, 0, 0});
 }
 
 // In quarters of the scale, each rounded on a scale four times as fine, below 32; in whole steps above.
 TEST(Known, LightnessOfGrays) {
-  constexpr int kLightness[][2] = {{1, 9}, {3, 27}, {7, 49}, {251, 253}, {252, 254}, {253, 254}, {254, 255}};
+  constexpr Zim8u kLightness[][2] = {{1, 9}, {3, 27}, {7, 49}, {251, 253}, {252, 254}, {253, 254}, {254, 255}};
   for (const auto& [gray, lightness] : kLightness) {
-    const auto g = static_cast<Zim8u>(gray);
-    const Zim8u source[3] = {g, g, g};
-    Zim8u result[3];
-    ASSERT_EQ(zimiRGBToLUV_8u_C3R(source, 0, result, 0, {1, 1}), zimResultOk);
-    EXPECT_EQ(result[0], lightness) << gray;
+    EXPECT_EQ(toLuv(Pixel<Zim8u>{gray, gray, gray})[0], lightness) << +gray;
   }
 }
 
 }  // namespace
+}  // namespace zim::test
