@@ -55,6 +55,21 @@ TEST(Catalogue, EveryExportIsKnownAndFound) {
   EXPECT_EQ(matching("zimiColorToGray_@(16u|64f)_*").size(), 4u);
 }
 
+// A sample that were taken for one that counts would not be missed by tests that compare what counts.
+TEST(Catalogue, FourthSamplesThatCount) {
+  const struct {
+    const char* name;
+    int ofSource, ofDestination;
+  } cases[] = {{"zimiRGBToYCbCr_8u_AC4R", 3, 3},     {"zimiRGBToYUV_8u_AC4P4R", 4, 1},
+               {"zimiGammaInv_32f_AC4IR", 3, 3},     {"zimiSBGRToYCoCg_Rev_16s32s_C4P3R", 3, 1},
+               {"zimiRGBToYCbCr420_8u_C4P2R", 3, 1}, {"zimiYUV420ToRGB_8u_P3AC4R", 1, 4},
+               {"zimiColorTwist_32f_C4R", 4, 4},     {"zimiReduceBits_32f16s_AC4R", 3, 3}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(find(c.name)->source.planes[0].usedSamples, c.ofSource) << c.name;
+    EXPECT_EQ(find(c.name)->destination.planes[0].usedSamples, c.ofDestination) << c.name;
+  }
+}
+
 TEST(Catalogue, FormsBesideTheirExports) {
   const Export* const form = find("zimiReduceBits_8u_C3R:bayer");
   ASSERT_NE(form, nullptr);
