@@ -98,7 +98,7 @@ struct RowsAndColumnsBetween {
     const auto& [a, b, c, d] = in.chroma;
     using Row = std::decay_t<decltype(a)>;
     const Row below = {averageUp(a[0], c[0]), zim::averageDown(a[1], c[1])};
-    const Row middle = {averageUp(a[0], b[0], c[0], d[0]), zim::averageDown(a[1], b[1], c[1], d[1])};
+    const Row middle = {averageOfFour(a[0], b[0], c[0], d[0]), zim::averageDown(a[1], b[1], c[1], d[1])};
     return Content{in.luma, rowsOf(alternating(below, middle))};
   };
   static constexpr auto repeated = [](const auto& in) ZIM_LAMBDA {
