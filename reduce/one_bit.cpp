@@ -1,7 +1,6 @@
 // Bitmaps of gray images, by a threshold or by error diffusion in integers.
 
 #include <algorithm>
-#include <bit>
 #include <memory>
 
 #include "frame/pixelwise.h"
