@@ -1,7 +1,7 @@
 // Speed of exports beside that of their peers.
 
+#include <algorithm>
 #include <iterator>
-#include <utility>
 
 #include "bench/peers.h"
 #include "bench/workload.h"

@@ -23,14 +23,14 @@ inline int wantedTeamSize() { return ownGetNumThreads(); }
 
 // Runs task(thread, team size) on each thread of a team of the asked size; the runtime may grant fewer.
 template <class Task>
-void inTeam([[maybe_unused]] int teamSize, const Task& task) {
+void inTeam(int teamSize, const Task& task) {
 #pragma omp parallel num_threads(teamSize)
   task(threadNumber(), omp_get_num_threads());
 }
 
 // Runs task(0) to task(count - 1), in one contiguous block a thread.
 template <class Task>
-void shareOut(int count, [[maybe_unused]] int teamSize, const Task& task) {
+void shareOut(int count, int teamSize, const Task& task) {
 #pragma omp parallel for schedule(static) num_threads(teamSize)
   for (int i = 0; i < count; ++i) task(i);
 }

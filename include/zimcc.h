@@ -15,13 +15,14 @@
  * - AC4: four interleaved samples; the fourth is not read, and is left as it was when written to
  * - P2: a plane of luma and one of chroma pairs, each with its own pointer and step
  * - P3, P4, AP4: planes; the address of an array of plane pointers, one step for all planes or, where pixels share
- *   chroma, the address of an array with a step for each
+ *   chroma and where planes become packed 16-bit pixels, the address of an array with a step for each
  * - R: with steps; names without it are of images without gaps
  * - IR: in place, one pointer, one step
  *
  * Steps are distances in bytes between the starts of successive rows. Where an operation does not say that it tests
- * them, zero re-reads (or re-writes) one row and a negative step walks upward in memory. aval is stored as the fourth
- * sample of each pixel.
+ * them, zero re-reads (or re-writes) one row and a negative step walks upward in memory. In gray, XYZ, LUV, PhotoYCC,
+ * HSV and the RGB forms of HLS rows have to lie within 2^31 - 1 bytes of the first. aval is stored as the fourth sample
+ * of each pixel.
  *
  * Common results, unless an operation says more: zimResultNullPointer for a null pointer, then zimResultBadSize for a
  * width or height below 1; nothing is written in either case.
@@ -53,7 +54,7 @@ typedef int32_t ZimResult;
 enum {
   zimResultOk = 0,
   zimWarnNoOperation = 1,    /**< nothing was done: the source's maximum or mean is negative */
-  zimWarnOddSize = 35,       /**< the size is no multiple of the sub-sampling; the whole multiples were processed */
+  zimWarnOddSize = 35,       /**< the size is no multiple of the sub-sampling; whole multiples were processed */
   zimResultBadArgument = -5, /**< an enumerated argument lies outside its set */
   zimResultBadSize = -6,     /**< width or height is below the operation's minimum */
   zimResultNullPointer = -8, /**< a required pointer is null */
@@ -593,8 +594,9 @@ ZimResult zimiBGRToYCrCb420_709CSC_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, 
 
 /** \name BGR to planes of 4:2:0, BT.709 in full range
  *
- * All samples are kept within 1 to 254. Sizes from 2 x 2; an odd last column or row is left alone, and the result is
- * zimWarnOddSize. Null planes are found before the size is tested.
+ * All samples are kept within 1 to 254. In chroma an eighth of a level is added in place of a half. dstStep has a step
+ * for each plane. Sizes from 2 x 2; an odd last column or row is left alone, and the result is zimWarnOddSize. Null
+ * planes are found before the size is tested.
  * @{ */
 ZimResult zimiBGRToYCbCr420_709HDTV_8u_AC4P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
                                               const Zim32s dstStep[3], ZimiSize roiSize);
@@ -704,7 +706,8 @@ ZimResult zimiRGB565ToRGB_16u8u_C3R(const Zim16u* pSrc, Zim32s srcStep, Zim8u* p
  * Cb Y0 Cr Y1 in CbYCr422, Y0 U Y1 V in YUV422. A lone last pixel of an odd width has its luma and the pair's first
  * chroma sample, and takes the other from the pair before; in an image of one column its one sample serves as both.
  * YCbCr is BT.601 in studio range, rounded (CbYCr422) or truncated; 709HDTV is BT.709 in full range, rounded; YUV is in
- * full range, truncated. C4 stores aval as the fourth sample. Any size from 1 x 1; YCbCr422ToBGR from 2 x 1.
+ * full range, truncated. C4 stores aval as the fourth sample. Any size from 1 x 1; YCbCr422ToBGR from 2 x 1. Null
+ * planes are found after the size is tested.
  * @{ */
 ZimResult zimiCbYCr422ToRGB_8u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
 ZimResult zimiCbYCr422ToBGR_8u_C2C4R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
@@ -731,7 +734,8 @@ ZimResult zimiYUV422ToRGB_8u_C2C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDs
  * the last of which serves a lone last pixel; zimiYCbCr422ToBGR_8u_P3C3R leaves that pixel alone instead. YCbCr is
  * BT.601 in studio range, rounded in RGB order and truncated in BGR order; YUV is in full range, truncated. AC4 stores
  * 0 as the fourth sample. Names without R are of images without gaps: rows of width samples of luma and of (width + 1)
- * / 2 of chroma. Any size from 1 x 1; zimiYCbCr422ToBGR_8u_P3C3R from 2 x 1, with its planes tested before the size.
+ * / 2 of chroma. Any size from 1 x 1; zimiYCbCr422ToBGR_8u_P3C3R from 2 x 1. Null planes are found after the size is
+ * tested, by zimiYCbCr422ToBGR_8u_P3C3R before.
  * @{ */
 ZimResult zimiYCbCr422ToBGR_8u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
                                      ZimiSize roiSize);
@@ -751,11 +755,11 @@ ZimResult zimiYUV422ToRGB_8u_P3AC4R(const Zim8u* const pSrc[3], const Zim32s src
  *
  * One pair of chroma for 2 x 2 pixels, planes with a step each; plane 1 of YCrCb420 is Cr; P2 has one plane of
  * interleaved Cb and Cr. Whole blocks are converted: a lone last column or row is left alone, with zimWarnOddSize.
- * YCbCr is BT.601 in studio range, rounded; zimiYCbCr420ToRGB_8u_P2C4R computes in single precision and truncates.
- * 709CSC is BT.709 in studio range, 709HDTV in full range. YUV is in full range, truncated; P3AC4R is rounded and
- * stores 0 as the fourth sample. C4 stores aval. Names without R are of images without gaps: rows of width samples of
- * luma and of width / 2 of chroma. Any size from 1 x 1; zimiYUV420ToBGR_8u_P3C3R from 2 x 2. The P2 forms test the size
- * first.
+ * YCbCr is BT.601 in studio range, rounded; zimiYCbCr420ToRGB_8u_P2C4R computes in single precision. 709CSC is BT.709
+ * in studio range, 709HDTV in full range. YUV is in full range, truncated; P3AC4R is rounded and stores 0 as the fourth
+ * sample. C4 stores aval. Names without R are of images without gaps: rows of width samples of luma and of width / 2 of
+ * chroma. Any size from 1 x 1; zimiYUV420ToBGR_8u_P3C3R from 2 x 2. Null planes are found after the size is tested; the
+ * P2 forms test the size ahead of all pointers.
  * @{ */
 ZimResult zimiYCbCr420ToRGB_8u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim8u* pDst, Zim32s dstStep,
                                      ZimiSize roiSize);
@@ -818,7 +822,8 @@ ZimResult zimiRGBToRGB565_8u16u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim16u* p
  * in 10 to 14; BGR444 has four bits each from bit 0; RGB words have red and blue exchanged. Unused bits are 0. Samples
  * are cut to their high bits. BT.601 in studio range, with terms cut to 1/16. Planes have a step each; one chroma
  * sample serves one, two (422) or 2 x 2 pixels (420). All pixels are converted: the chroma planes have a column (and
- * row) for a lone last column (and row) as well. Any size from 1 x 1. The low bit of dstStep is dropped.
+ * row) for a lone last column (and row) as well. Any size from 1 x 1. Null planes are found after the size is tested.
+ * The low bit of dstStep is dropped.
  * @{ */
 ZimResult zimiYCbCr420ToBGR444_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
                                            Zim32s dstStep, ZimiSize roiSize);
@@ -932,8 +937,8 @@ ZimResult zimiYCbCr411ToBGR565_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim
  * Words as above. The 8-bit value of a channel becomes the level below or above it, by a threshold out of a pattern of
  * 4 x 4 that starts at the region's first pixel; zero stays zero. BT.601 in studio range, with terms cut to 1/16. All
  * pixels are converted: the chroma planes have a column (and row) for a lone last column (and row) as well; a lone last
- * pixel of a packed row uses its one chroma sample as Cb and as Cr. Any size from 1 x 1. The low bit of dstStep is
- * dropped.
+ * pixel of a packed row uses its one chroma sample as Cb and as Cr. Any size from 1 x 1. Null planes are found after
+ * the size is tested. The low bit of dstStep is dropped.
  * @{ */
 ZimResult zimiYCbCr420ToBGR444Dither_8u16u_P3C3R(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Zim16u* pDst,
                                                  Zim32s dstStep, ZimiSize roiSize);
@@ -1114,8 +1119,9 @@ ZimResult zimiYCoCgToSBGR_Rev_32s16s_P3C4R(const Zim32s* const pSrc[3], Zim32s s
  * Cb, Y1, Cr; CbYCr422: Cb, Y0, Cr, Y1; YCrCb422: Y0, Cr, Y1, Cb); P2, a plane of luma and one of Cb, Cr pairs; P3,
  * three planes, as an array of pointers and an array of steps, in the order that the colour words spell.
  *
- * Null pointers, planes and arrays of steps give zimResultNullPointer; pointers are tested before the size unless a
- * declaration says otherwise. Steps are not tested. Luma is copied as it stands where nothing is said of it.
+ * Null pointers, planes and arrays of steps give zimResultNullPointer; pointers and planes are tested before the size,
+ * arrays of steps after it, unless a declaration says otherwise. Steps are not tested. Luma is copied as it stands
+ * where nothing is said of it.
  * @{ */
 
 /** \name Layout and order alone
@@ -1125,7 +1131,7 @@ ZimResult zimiYCoCgToSBGR_Rev_32s16s_P3C4R(const Zim32s* const pSrc[3], Zim32s s
  * gives zimResultOk in zimiCbYCr422ToYCbCr422_8u_C2P3R, zimiYCbCr422ToYCrCb422_*, zimiYCrCb422ToYCbCr422_8u_C2P3R and
  * zimiYCbCr411_*; it is zimResultBadSize in the others. zimiYCbCr420ToYCrCb420_8u_P2P3R keeps the order of pairs: the
  * first byte goes to plane 1, as in zimiYCbCr420_8u_P2P3R; it finds null planes after a size below 1 x 1 and before one
- * below 2 x 2.
+ * below 2 x 2. zimiYCbCr422_8u_C2P3R finds a null array of steps before the size is tested.
  * @{ */
 ZimResult zimiCbYCr422ToYCbCr422_8u_C2P3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* const pDst[3],
                                           const Zim32s dstStep[3], ZimiSize roiSize);
@@ -1544,7 +1550,7 @@ ZimResult zimiToneMapMean_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* p
  * Snaps every sample to one of `levels` equally spaced values of the source's range, black and white among them, and
  * stores it in the destination's type. 32f sources range from 0 to 1. With dither, 16-bit sources give 8-bit
  * destinations the high byte of their level, and 8u stores level n as n times a step of 1/256 units, which may end at
- * 254. dither chooses between the two levels beside a sample:
+ * 254 by zimDitherKindBayer. dither chooses between the two levels beside a sample:
  *
  * - zimDitherKindNone: the nearer one.
  * - zimDitherKindBayer: the upper one where the sample is above the lower by more than a threshold of its column and

@@ -39,7 +39,7 @@ using Planes411 = SharedRules<N_Q_S, AsGroupBefore, silent, 4>;
 #define AVAL (Zim8u aval)
 
 // clang-format off
-//                     export                              rules           source        sink      kernel          furtherof which fourth sample
+//                     export                              rules           source        sink      kernel          further, fourth sample
 ZIM_DECODE_INTERLEAVED(zimiCbYCr422ToRGB_8u_C2C3R,         Packed,         CbYCr422,     Rgb<C3u>, From601b,       ())
 ZIM_DECODE_INTERLEAVED(zimiCbYCr422ToBGR_8u_C2C4R,         Packed,         CbYCr422,     Bgr<C4u>, From601b,       AVAL, aval)
 ZIM_DECODE_INTERLEAVED(zimiCbYCr422ToBGR_709HDTV_8u_C2C3R, Packed,         CbYCr422,     Bgr<C3u>, FromHdtv,       ())

@@ -37,7 +37,7 @@ ZimResult decodeColumn(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s d
 }  // namespace
 
 // As ZIM_DECODE_INTERLEAVED, but for images of one column.
-#define ZIM_DECODE_PACKED(name, rules, Source, Sink, Kernel, parameters)                                         \
+#define ZIM_DECODE_PACKED(name, rules, Source, Sink, Kernel)                                                     \
   ZimResult ZIM_BODY(name)(const Zim8u* pSrc, Zim32s srcStep, Zim16u* pDst, Zim32s dstStep, ZimiSize roiSize) {  \
     if (roiSize.width == 1) return decodeColumn(pSrc, srcStep, pDst, dstStep, roiSize);                          \
     return decode<rules, Source, Kernel>(std::array{pSrc}, std::array{srcStep}, pDst, dstStep, roiSize, Sink{}); \
@@ -70,12 +70,12 @@ ZIM_DECODE_PLANES(     zimiYCbCrToRGB444_8u16u_P3C3R,    Planes,    P444,       
 ZIM_DECODE_PLANES(     zimiYCbCrToRGB555_8u16u_P3C3R,    Planes,    P444,           Words<RGB555>, FromScaled,     ())
 ZIM_DECODE_PLANES(     zimiYCbCrToRGB565_8u16u_P3C3R,    Planes,    P444,           Words<RGB565>, FromScaled,     ())
 
-ZIM_DECODE_PACKED(     zimiYCbCr422ToBGR444_8u16u_C2C3R, Packed,    YCbCr422,       Words<BGR444>, FromK601,       ())
-ZIM_DECODE_PACKED(     zimiYCbCr422ToBGR555_8u16u_C2C3R, Packed,    YCbCr422,       Words<BGR555>, FromK601,       ())
-ZIM_DECODE_PACKED(     zimiYCbCr422ToBGR565_8u16u_C2C3R, Packed,    YCbCr422,       Words<BGR565>, FromK601,       ())
-ZIM_DECODE_PACKED(     zimiYCbCr422ToRGB444_8u16u_C2C3R, Packed,    YCbCr422,       Words<RGB444>, FromK601,       ())
-ZIM_DECODE_PACKED(     zimiYCbCr422ToRGB555_8u16u_C2C3R, Packed,    YCbCr422,       Words<RGB555>, FromK601,       ())
-ZIM_DECODE_PACKED(     zimiYCbCr422ToRGB565_8u16u_C2C3R, Packed,    YCbCr422,       Words<RGB565>, FromK601,       ())
+ZIM_DECODE_PACKED(     zimiYCbCr422ToBGR444_8u16u_C2C3R, Packed,    YCbCr422,       Words<BGR444>, FromK601)
+ZIM_DECODE_PACKED(     zimiYCbCr422ToBGR555_8u16u_C2C3R, Packed,    YCbCr422,       Words<BGR555>, FromK601)
+ZIM_DECODE_PACKED(     zimiYCbCr422ToBGR565_8u16u_C2C3R, Packed,    YCbCr422,       Words<BGR565>, FromK601)
+ZIM_DECODE_PACKED(     zimiYCbCr422ToRGB444_8u16u_C2C3R, Packed,    YCbCr422,       Words<RGB444>, FromK601)
+ZIM_DECODE_PACKED(     zimiYCbCr422ToRGB555_8u16u_C2C3R, Packed,    YCbCr422,       Words<RGB555>, FromK601)
+ZIM_DECODE_PACKED(     zimiYCbCr422ToRGB565_8u16u_C2C3R, Packed,    YCbCr422,       Words<RGB565>, FromK601)
 
 ZIM_DECODE_INTERLEAVED(zimiYCbCrToBGR444_8u16u_C3R,      Triple,    Interleaved444, Words<BGR444>, From601,        ())
 ZIM_DECODE_INTERLEAVED(zimiYCbCrToBGR555_8u16u_C3R,      Triple,    Interleaved444, Words<BGR555>, From601,        ())

@@ -9,7 +9,7 @@ inline namespace ZIM_TARGET_NAMESPACE {
 
 // Fields of 5 bits, green of 5 or 6. They expand to 8 bits by zeros below.
 template <int greenBits>
-struct Words {
+struct PackedWords {
   using Sample = Zim16u;
   using Source = const Zim16u*;
   static constexpr std::size_t channels = 3;
@@ -45,8 +45,8 @@ struct Words {
             bitsAs<Zim16s>((words >> (greenBits + 2)) & fiveBits)};
   }
 };
-using Words555 = Words<5>;
-using Words565 = Words<6>;
+using Words555 = PackedWords<5>;
+using Words565 = PackedWords<6>;
 
 }  // namespace ZIM_TARGET_NAMESPACE
 }  // namespace zim

@@ -558,26 +558,23 @@ constexpr Zim32s contiguousStep(Zim32s width) {
 }  // namespace ZIM_TARGET_NAMESPACE
 }  // namespace zim
 
-#define ZIM_AND_FURTHER(...) __VA_OPT__(, ) __VA_ARGS__
-
 // The bodies of exports: rules, source, sink, kernel, further parameters in parentheses, and what the sink is told.
 #define ZIM_DECODE_INTERLEAVED(name, rules, Source, Sink, Kernel, parameters, ...)                            \
   ZimResult ZIM_BODY(name)(const Zim8u* pSrc, Zim32s srcStep, Sink::Layout::Destination pDst, Zim32s dstStep, \
-                           ZimiSize roiSize ZIM_AND_FURTHER parameters) {                                     \
+                           ZimiSize roiSize ZIM_AND parameters) {                                             \
     return decode<rules, Source, Kernel>(std::array{pSrc}, std::array{srcStep}, pDst, dstStep, roiSize,       \
                                          Sink{__VA_ARGS__});                                                  \
   }
 #define ZIM_DECODE_PLANES(name, rules, Source, Sink, Kernel, parameters, ...)                                   \
   ZimResult ZIM_BODY(name)(const Zim8u* const pSrc[3], const Zim32s srcStep[3], Sink::Layout::Destination pDst, \
-                           Zim32s dstStep, ZimiSize roiSize ZIM_AND_FURTHER parameters) {                       \
+                           Zim32s dstStep, ZimiSize roiSize ZIM_AND parameters) {                               \
     return decode<rules, Source, Kernel>(pSrc, srcStep, pDst, dstStep, roiSize, Sink{__VA_ARGS__});             \
   }
-#define ZIM_DECODE_TWO_PLANES(name, rules, Source, Sink, Kernel, parameters, ...)                              \
-  ZimResult ZIM_BODY(name)(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr, Zim32s srcCbCrStep,     \
-                           Sink::Layout::Destination pDst, Zim32s dstStep,                                     \
-                           ZimiSize roiSize ZIM_AND_FURTHER parameters) {                                      \
-    return decode<rules, Source, Kernel>(std::array{pSrcY, pSrcCbCr}, std::array{srcYStep, srcCbCrStep}, pDst, \
-                                         dstStep, roiSize, Sink{__VA_ARGS__});                                 \
+#define ZIM_DECODE_TWO_PLANES(name, rules, Source, Sink, Kernel, parameters, ...)                                 \
+  ZimResult ZIM_BODY(name)(const Zim8u* pSrcY, Zim32s srcYStep, const Zim8u* pSrcCbCr, Zim32s srcCbCrStep,        \
+                           Sink::Layout::Destination pDst, Zim32s dstStep, ZimiSize roiSize ZIM_AND parameters) { \
+    return decode<rules, Source, Kernel>(std::array{pSrcY, pSrcCbCr}, std::array{srcYStep, srcCbCrStep}, pDst,    \
+                                         dstStep, roiSize, Sink{__VA_ARGS__});                                    \
   }
 // Images without gaps, whose steps follow from the width.
 #define ZIM_DECODE_CONTIGUOUS(name, rules, Source, Sink, Kernel)                                           \

@@ -353,7 +353,7 @@ struct LumaOfEdges : LumaOnly<LumaKernel> {
   }
 };
 
-// ---- Members ----
+// ---- Whole conversions ----
 
 // The arguments of an encoder, in the order of the public signature.
 template <ZimiSize leastSize, class SourceLayout, class TargetImage>
@@ -373,7 +373,7 @@ struct Encoding {
 // The smallest size that is accepted.
 inline constexpr ZimiSize kFrom1x1 = {1, 1}, kFrom2x1 = {2, 1}, kFrom2x2 = {2, 2}, kFrom4x1 = {4, 1};
 
-// What a size is to be a multiple of, if not, the result is zimWarnOddSize.
+// What a size has to be a multiple of: where it is not, the result is zimWarnOddSize.
 inline constexpr ZimiSize kSilent = {1, 1}, kOddWidth = {2, 1}, kOddSize = {2, 2}, kNotByFour = {4, 1};
 
 template <class Tests, ZimiSize warning, class Source, class Coder, class Tail, ZimiSize least, class Image>

@@ -33,8 +33,8 @@ struct ToYCoCg {
 // The same on 16-bit samples in 16-bit lanes, of which the low bits are kept. With samples moved up by 32768, the mean
 // of R and B rounded up, M = (R + B + 1) >> 1, and down, M - ((R ^ B) & 1), which loses a half that does not reach the
 // results:
-//   Y = (down(M) + G + 1) >> 1,  Cg = (G - M + 1) >> 1,  and a difference (a - b + 1) >> 1 is ((a + ~b + 1) >> 1) + ((a
-//   ^ b) & 1)
+//   Y = (down(M) + G + 1) >> 1,  Cg = (G - M + 1) >> 1
+// where a difference (a - b + 1) >> 1 is ((a + ~b + 1) >> 1) + ((a ^ b) & 1).
 struct ToYCoCgWords {
   using Sample = Zim16s;
 

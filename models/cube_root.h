@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "frame/lanes/one_by_one.h"
 
@@ -14,7 +15,7 @@ inline Lane<Zim32f, 1> libraryCubeRoot(Lane<Zim32f, 1> x, Lane<Zim32s, 1> wanted
   return Lane<Zim32f, 1>(wanted.v != 0 ? std::cbrt(x.v) : x.v);
 }
 
-// cbrtf is not rounded correctly everywhere. Of GNU's (2.36) every tenth root is not, some are off by all but a unit in
+// cbrtf is not rounded correctly everywhere. Of GNU's (2.36) every ninth root is not, some are off by all but a unit in
 // the last place: no bound on that error would tell one float from the next. So lanes take the very way that leads to
 // its results, where the library at hand is seen to go it:
 //
@@ -23,7 +24,7 @@ inline Lane<Zim32f, 1> libraryCubeRoot(Lane<Zim32f, 1> x, Lane<Zim32s, 1> wanted
 //     cbrt(x) ~ 2^k cbrt(2)^r u (u^3 + 2 m) / (2 u^3 + m)         one step of Halley's rule, in double
 //
 // u^3 is rounded to single precision as well, twice, and so decides the last bit. The coefficients were found by
-// search: any quadratic within 1e-14 of this one gives the library's results, for all floats (docs/architecture.md).
+// search: any quadratic within 1e-14 of this one gives the library's results, for all floats (docs/exactness.md).
 class CubeRoot {
  public:
   // For an image of this size. Looking at the library costs as much as a few roots: not for a handful of pixels.

@@ -129,8 +129,7 @@ struct Tristimulus {
 
   ZIM_INLINE Tristimulus(Lane<Zim32f, N> luminance, Lane<Zim32f, N> u, Lane<Zim32f, N> v, Zim32f epsilon)
       : y(luminance) {
-    const auto magnitude = bitsAs<Zim32f>(bitsAs<Zim32s>(v) & 0x7FFFFFFF);
-    const auto w = y / select(magnitude < Lane<Zim32f, N>(epsilon), v + 9e-5F, v);
+    const auto w = y / select(magnitude(v) < Lane<Zim32f, N>(epsilon), v + 9e-5F, v);
     x = u * 2.25F * w;
     z = w * 3.0F - y * 5.0F - x / 3.0F;
   }

@@ -3,7 +3,7 @@
 #include <limits>
 #include <memory>
 
-#include "frame/rows.h"
+#include "frame/team.h"
 #include "reduce/noise.h"
 #include "reduce/skewed_rows.h"
 

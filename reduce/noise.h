@@ -18,7 +18,6 @@ inline constexpr ZimResult zimResultBadContext = -17;
 // subtracts with borrow.
 template <class T>
 struct UniformNoise {
-  using Value = T;
   // Bounds are added and subtracted in this type.
   using Bound = std::conditional_t<std::is_integral_v<T>, Zim32s, T>;
   static constexpr Zim32s kind = std::is_integral_v<T> ? 36 : 37;

@@ -1,7 +1,6 @@
 // Bitmaps of gray images, by a threshold or by error diffusion in integers.
 
 #include <algorithm>
-#include <bit>
 #include <memory>
 
 #include "frame/pixelwise.h"
@@ -54,11 +53,11 @@ ZIM_INLINE Bits bitsOf(const Mask& mask) {
 
 class BitRow {
  public:
-  // A row that starts inside a byte clears the rest of it first, which shows where it ends there.
   BitRow(const Call& call, Zim32s y)
       : first_(reinterpret_cast<std::byte*>(call.pDst) + rowOffset<Offsets::bytes, Zim8u>(y, call.dstStep)),
         offset_(call.dstBitOffset & 7) {}
 
+  // A row that starts inside a byte clears the rest of it first, which shows where it ends there.
   void clearStart() const {
     if (offset_ != 0) *first_ &= ~(std::byte{0xFF} >> offset_);
   }

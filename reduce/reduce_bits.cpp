@@ -197,7 +197,7 @@ ZimResult toOrdered(const Conversion<Source, Destination>& call, Zim32f count, Z
   static_assert(patternPixels % 4 == 0 && noisePixels % block == 0);
   const Zim32f step = Levels::of<From>(count).step;
   if (noise == 0) {
-    std::array<std::array<Zim32f, patternPixels * samples>, 4> pattern;
+    std::array<std::array<Zim32f, std::size_t{patternPixels * samples}>, 4> pattern;
     for (Zim32s y = 0; y < std::min(4, call.roiSize.height); ++y) {
       fillThresholds<samples>(pattern[static_cast<std::size_t>(y)].data(), y, patternPixels, step, nullptr);
     }
@@ -210,7 +210,7 @@ ZimResult toOrdered(const Conversion<Source, Destination>& call, Zim32f count, Z
     if (const ZimResult failure = tables.make(-bound / 100.0F, bound / 100.0F); failure != zimResultOk) return failure;
     const int pixels = std::min(noisePixels - block, call.roiSize.width) + block;
     reduceRows<OrderedTeam<Source>, offsets>(call, [&](Zim32s y, const auto& use) {
-      std::array<Zim32f, noisePixels * samples> thresholds;
+      std::array<Zim32f, std::size_t{noisePixels * samples}> thresholds;
       fillThresholds<samples>(thresholds.data(), y, pixels, step, &tables);
       use(Kernel(count, thresholds.data(), noisePixels * samples));
     });

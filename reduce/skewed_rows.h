@@ -104,7 +104,7 @@ class SkewedRows {
     std::ptrdiff_t x, first, count;
   };
   Span columnsOf(int row, std::ptrdiff_t t, int count = steps) const {
-    const std::ptrdiff_t x = t - skew * row, width = width_;
+    const std::ptrdiff_t x = t - std::ptrdiff_t{skew * row}, width = width_;
     const std::ptrdiff_t begin = std::clamp<std::ptrdiff_t>(x, 0, width);
     const std::ptrdiff_t end = std::clamp<std::ptrdiff_t>(x + count, 0, width);
     return {begin, std::clamp<std::ptrdiff_t>(begin - x, 0, count), end - begin};

@@ -2,7 +2,7 @@
 // itself, with the weights that the places of its rows between those of the other grid ask for. Luma is copied.
 
 #include "frame/lanes/averages.h"
-#include "frame/rows.h"
+#include "frame/team.h"
 #include "reformat/arguments.h"
 #include "reformat/rules.h"
 

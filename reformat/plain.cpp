@@ -62,7 +62,7 @@ void convertBesideNext(const SourceImage& source, std::array<std::ptrdiff_t, Row
   using To = Strip<ThreePlanes, 4, 2, 0, 1>;
   std::array<const std::byte*, From::lines> from;
   for (std::size_t i = 0; i < from.size(); ++i) {
-    from[i] = source.row(1 + i / (2 * Rows), sourceRows[i / 2 % Rows]) + i % 2;
+    from[i] = source.row(1 + i / std::size_t{2 * Rows}, sourceRows[i / 2 % Rows]) + i % 2;
   }
   const auto to = To::at(destination, 0, row);
   if (columns > 1) convertCells<From, To, Chroma::apart>(from, to, columns - 1, kernel);
@@ -98,7 +98,7 @@ struct RowsAndColumnsBetween {
     const auto& [a, b, c, d] = in.chroma;
     using Row = std::decay_t<decltype(a)>;
     const Row below = {averageUp(a[0], c[0]), zim::averageDown(a[1], c[1])};
-    const Row middle = {averageUp(a[0], b[0], c[0], d[0]), zim::averageDown(a[1], b[1], c[1], d[1])};
+    const Row middle = {averageOfFour(a[0], b[0], c[0], d[0]), zim::averageDown(a[1], b[1], c[1], d[1])};
     return Content{in.luma, rowsOf(alternating(below, middle))};
   };
   static constexpr auto repeated = [](const auto& in) ZIM_LAMBDA {

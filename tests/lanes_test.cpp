@@ -228,7 +228,6 @@ TYPED_TEST(LanesOf, ZipAndUnzip) {
 
 TEST(Averages, OfBytes) {
   EXPECT_AVERAGE("averageDown", (averageDown(a, b)), (a + b) >> 1);
-  EXPECT_AVERAGE("averageUp of four", averageUp(a, b, c, d), (a + b + c + d + 2) >> 2);
   EXPECT_AVERAGE("averageDown of four", averageDown(a, b, c, d), (a + b + c + d) >> 2);
   EXPECT_AVERAGE("3 : 1", (blend<3, 2>(a, b)), (3 * a + b + 2) >> 2);
   EXPECT_AVERAGE("1 : 3", (blend<1, 2>(a, b)), (a + 3 * b + 2) >> 2);

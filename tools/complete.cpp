@@ -1,6 +1,5 @@
 #include "tools/complete.h"
 
-#include <algorithm>
 #include <iostream>
 
 #include "tools/catalogue/catalogue.h"

@@ -1,12 +1,14 @@
 #include "tools/describe.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <iostream>
 #include <regex>
 #include <vector>
 
 #include "tools/catalogue/catalogue.h"
+#include "tools/catalogue/pattern.h"
 #include "tools/failure.h"
 #include "tools/job.h"
 #include "zimcc.h"
@@ -135,7 +137,7 @@ std::string wayOf(const Export& e) {
     for (const Export* step : wayToSource(e)) way += step->name + ", then ";
     return way + e.name;
   } catch (const Failure& failure) {
-    return "not yet: " + text(failure.what());
+    return "none: " + text(failure.what());
   }
 }
 
@@ -151,8 +153,7 @@ std::vector<std::string> channelsOf(const Side& side) {
 }
 
 std::vector<const Export*> exportsLike(const std::string& pattern) {
-  const bool isPattern = pattern.find_first_of("*?[(") != std::string::npos;
-  auto found = matching(isPattern ? pattern : "*" + pattern + "*");
+  auto found = matching(isPattern(pattern) ? pattern : "*" + pattern + "*");
   if (found.empty()) throw Failure("no export matches '" + pattern + "'");
   return found;
 }

@@ -170,7 +170,7 @@ Image sourceFor(const Export& e, const Picture& picture, const std::vector<std::
 
 Image roomFor(Side side, ZimiSize size) {
   for (Plane& plane : side.planes) plane.wholeGroupsOnly = plane.wholeGroupsOnly && side.steps == Steps::none;
-  return Image(side, size);
+  return {side, size};
 }
 
 ZimBayerGrid gridIn(const std::vector<std::string>& settings) {

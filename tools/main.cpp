@@ -1,6 +1,5 @@
 // zimcc: lists, explains, runs and times the library's exports.
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cstdio>
 #include <exception>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "tools/bench.h"
+#include "tools/catalogue/pattern.h"
 #include "tools/complete.h"
 #include "tools/demo.h"
 #include "tools/describe.h"
@@ -49,9 +49,9 @@ ZimiSize takeSize(Words& settings) {
 }
 
 Job jobOn(const catalogue::Export& e, const std::string& path, Words settings) {
-  if (!isRawVideo(path)) return Job(e, readPicture(path), settings);
+  if (!isRawVideo(path)) return {e, readPicture(path), settings};
   const ZimiSize size = takeSize(settings);
-  return Job(e, readRawVideo(path, e.source, size), settings);
+  return {e, readRawVideo(path, e.source, size), settings};
 }
 
 void run(const Words& words) {
@@ -71,8 +71,6 @@ void mosaic(const Words& words) {
   const Picture picture = mosaicOf(readPicture(words[0]), gridIn(Words(words.begin() + 2, words.end())));
   words[1].ends_with(".pgm") ? writeGrayMap(words[1], picture) : writePng(words[1], picture);
 }
-
-bool isPattern(const std::string& word) { return word.find_first_of("*?[(") != std::string::npos; }
 
 int threadsIn(const std::string& text) {
   constexpr int kMost = 1024;
@@ -98,7 +96,8 @@ void benchWords(const Words& words) {
     }
   }
   const std::string& which = words[0];
-  if (which == "--all" || isPattern(which)) return benchAll(exportsLike(which == "--all" ? "" : which), settings);
+  if (which == "--all" || catalogue::isPattern(which))
+    return benchAll(exportsLike(which == "--all" ? "" : which), settings);
   bench(exportNamed(which), settings);
 }
 

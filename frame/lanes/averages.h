@@ -1,4 +1,4 @@
-// Averages of bytes in byte lanes, without a step in more bits.
+// Averages of bytes in byte lanes beyond averageUp and averageOfFour (convert.h), without a step in more bits.
 //
 // Averages rounded down compose: with whole a, and x of any fraction,
 //   floor((a + floor(x)) / 2) = floor((a + x) / 2)   and   floor((a + floor(x) + 1) / 2) = floor((a + x + 1) / 2)
@@ -6,22 +6,10 @@
 // down is the weighted sum rounded down, and with a last step that rounds up, the one that adds half a unit.
 #pragma once
 
-#include "frame/lanes/lane.h"
+#include "frame/lanes/convert.h"
 
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
-
-// (a + b + 1) >> 1
-template <int N>
-ZIM_INLINE Lane<Zim8u, N> averageUp(Lane<Zim8u, N> a, Lane<Zim8u, N> b) {
-  if constexpr (Lane<Zim8u, N>::form == Form::single) {
-    return Lane<Zim8u, N>(static_cast<Zim8u>((a.v + b.v + 1) >> 1));
-  } else if constexpr (Lane<Zim8u, N>::form == Form::split) {
-    return Lane<Zim8u, N>::join(averageUp(a.v.lo, b.v.lo), averageUp(a.v.hi, b.v.hi));
-  } else {
-    return Lane<Zim8u, N>::of((typename Lane<Zim8u, N>::Value)ZIM_MM(avg_epu8)((Register)a.v, (Register)b.v));
-  }
-}
 
 // (a + b) >> 1, as the complement of the average of complements rounded up. In a chain two complements meet, and the
 // compiler drops both.
@@ -30,23 +18,11 @@ ZIM_INLINE Lane<Zim8u, N> averageDown(Lane<Zim8u, N> a, Lane<Zim8u, N> b) {
   return ~averageUp(~a, ~b);
 }
 
-// 1 where the bit is set that an average loses, 0 elsewhere.
-template <int N>
-ZIM_INLINE Lane<Zim8u, N> lowestBit(Lane<Zim8u, N> a) {
-  return a & Lane<Zim8u, N>(1);
-}
-
 // (a + b + c + d) >> 2. The averages of two pairs lose a half each; two lost halves make a carry.
 template <int N>
 ZIM_INLINE Lane<Zim8u, N> averageDown(Lane<Zim8u, N> a, Lane<Zim8u, N> b, Lane<Zim8u, N> c, Lane<Zim8u, N> d) {
   const auto ab = averageDown(a, b), cd = averageDown(c, d);
-  return averageDown(ab, cd) + lowestBit((a ^ b) & (c ^ d) & (ab ^ cd));
-}
-// (a + b + c + d + 2) >> 2. With either pair rounded up by a half, the last step must not round up another.
-template <int N>
-ZIM_INLINE Lane<Zim8u, N> averageUp(Lane<Zim8u, N> a, Lane<Zim8u, N> b, Lane<Zim8u, N> c, Lane<Zim8u, N> d) {
-  const auto ab = averageUp(a, b), cd = averageUp(c, d);
-  return averageUp(ab, cd) - lowestBit(((a ^ b) | (c ^ d)) & (ab ^ cd));
+  return averageDown(ab, cd) + ((a ^ b) & (c ^ d) & (ab ^ cd) & Lane<Zim8u, N>(1));
 }
 
 // (k a + (2^shift - k) b) >> shift, bit by bit of k from below.
@@ -64,18 +40,6 @@ template <int k, int shift, int N>
 ZIM_INLINE Lane<Zim8u, N> blend(Lane<Zim8u, N> a, Lane<Zim8u, N> b) {
   constexpr int top = 1 << (shift - 1);
   return averageUp(k < top ? b : a, blendDown<k % top, shift - 1>(a, b));
-}
-
-// a + b, at most 255.
-template <int N>
-ZIM_INLINE Lane<Zim8u, N> addSaturated(Lane<Zim8u, N> a, Lane<Zim8u, N> b) {
-  if constexpr (Lane<Zim8u, N>::form == Form::single) {
-    return Lane<Zim8u, N>(static_cast<Zim8u>(a.v + b.v > 255 ? 255 : a.v + b.v));
-  } else if constexpr (Lane<Zim8u, N>::form == Form::split) {
-    return Lane<Zim8u, N>::join(addSaturated(a.v.lo, b.v.lo), addSaturated(a.v.hi, b.v.hi));
-  } else {
-    return Lane<Zim8u, N>::of((typename Lane<Zim8u, N>::Value)ZIM_MM(adds_epu8)((Register)a.v, (Register)b.v));
-  }
 }
 
 }  // namespace ZIM_TARGET_NAMESPACE

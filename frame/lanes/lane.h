@@ -93,7 +93,7 @@ struct IntegerOfSize<8> {
 template <class T>
 using SignedOf = typename IntegerOfSize<sizeof(T)>::Signed;
 
-// The compiler's own vector of one register: arithmetic, shifts and comparisons come with it, at either level.
+// The compiler's own vector of one register: arithmetic, shifts and comparisons come with it, at every level.
 template <class T>
 struct Vector {
   using Type [[gnu::vector_size(kRegisterBytes)]] = T;

@@ -15,7 +15,7 @@
 
 namespace zim::catalogue {
 
-// What is passed for an argument after the size; at first, what is usual.
+// What is passed for an argument other than images and size; at first, what is usual.
 class Value {
  public:
   explicit Value(const Argument& argument);

@@ -1,7 +1,6 @@
 #include "tools/catalogue/catalogue.h"
 
 #include <algorithm>
-#include <array>
 #include <regex>
 
 #include "tools/catalogue/pattern.h"

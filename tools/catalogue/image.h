@@ -39,8 +39,8 @@ class Image {
   // Contents of the rows by a generator that depends on nothing but the seed; padding keeps its zeros.
   void fill(std::byte value);
   void fillRandom(std::uint64_t seed);  // integers of all values, floats from 0 to below 1
-  void fillExtremes(
-      std::uint64_t seed);  // limits and their neighbours, for floats any bits, NaN and infinities as well
+  // Limits and their neighbours; for floats any bits, NaN and infinities as well.
+  void fillExtremes(std::uint64_t seed);
 
   // 64-bit FNV-1a of the rows without padding, in which any NaN counts as the same.
   std::uint64_t digest() const;

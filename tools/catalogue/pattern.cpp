@@ -72,4 +72,6 @@ bool match(std::string_view pattern, std::string_view text, const Rest* rest) {
 
 bool matches(std::string_view pattern, std::string_view text) { return match(pattern, text, nullptr); }
 
+bool isPattern(std::string_view word) { return word.find_first_of("*?[(") != word.npos; }
+
 }  // namespace zim::catalogue

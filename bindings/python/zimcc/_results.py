@@ -18,7 +18,7 @@ class ZimccWarning(UserWarning):
 
 
 class OddSizeWarning(ZimccWarning):
-    """Width or height is no multiple of the sub-sampling: only the whole groups of pixels were converted."""
+    """Width or height is no multiple of the sub-sampling: the rest of a group of pixels may have been left alone."""
 
 
 class NoOperationWarning(ZimccWarning):
