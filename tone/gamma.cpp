@@ -200,39 +200,54 @@ struct Gamma : Range {
   }
 };
 
-// The same for floats from 0 to 1, by pieces of the curve: where the ends of what it may be agree, that is the sample.
-// Other registers take the way above.
-template <class Curve>
-struct GammaOfUnit {
-  using Sample = Zim32f;
+// The same by pieces of the curve, register by register, as Own has it; single samples by the formula.
+template <class Own, class Curve, class Range>
+struct ByPieces {
+  using Sample = typename Range::Sample;
   static constexpr int registers = 2;
 
+  explicit ByPieces(const Range& range) : exact(range) {}
+
   template <int N, std::size_t Channels>
-  ZIM_INLINE Pixels<Zim32f, N, Channels> operator()(const Pixels<Zim32f, N, Channels>& pixels) const {
+  ZIM_INLINE Pixels<Sample, N, Channels> operator()(const Pixels<Sample, N, Channels>& pixels) const {
     return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return curve(pixels[c]); });
   }
 
- private:
-  Gamma<Curve, Range32f> exact = Gamma<Curve, Range32f>({0.0F, 1.0F});
+ protected:
+  Gamma<Curve, Range> exact;
 
+ private:
   template <int N>
-  ZIM_INLINE Lane<Zim32f, N> curve(Lane<Zim32f, N> x) const {
-    constexpr const auto& pieces = Curve::ofUnit;
+  ZIM_INLINE Lane<Sample, N> curve(Lane<Sample, N> x) const {
     if constexpr (N == 1) {
-      return exact(Pixels<Zim32f, 1, 1>{x})[0];
-    } else if constexpr (Lane<Zim32f, N>::form == Form::split) {
-      return Lane<Zim32f, N>::join(curve(x.v.lo), curve(x.v.hi));
+      return exact(Pixels<Sample, 1, 1>{x})[0];
+    } else if constexpr (Lane<Sample, N>::form == Form::split) {
+      return Lane<Sample, N>::join(curve(x.v.lo), curve(x.v.hi));
     } else {
-      const auto onPower = x >= exact.knee;
-      const auto line = onLine(x);
-      const auto [value, rest, bound] =
-          sumOfPieces(pieces, larger(Lane<Zim32f, N>(pieces.first), smaller(Lane<Zim32f, N>(pieces.beyond), x)));
-      const auto low = value + (rest - bound), high = value + (rest + bound);
-      const auto inDoubt = bitsAs<Zim32s>(low != high) & onPower;
-      return any(inDoubt) ? exactly(x) : select(onPower, low, line);
+      return static_cast<const Own&>(*this).curveOfRegister(x);
     }
   }
+};
 
+// Floats from 0 to 1: where the ends of what a sample may be agree, that is the sample. Other registers take the way
+// above.
+template <class Curve>
+struct GammaOfUnit : ByPieces<GammaOfUnit<Curve>, Curve, Range32f> {
+  GammaOfUnit() : GammaOfUnit::ByPieces(Range32f(0.0F, 1.0F)) {}
+
+  template <int N>
+  ZIM_INLINE Lane<Zim32f, N> curveOfRegister(Lane<Zim32f, N> x) const {
+    constexpr const auto& pieces = Curve::ofUnit;
+    const auto onPower = x >= this->exact.knee;
+    const auto line = onLine(x);
+    const auto [value, rest, bound] =
+        sumOfPieces(pieces, larger(Lane<Zim32f, N>(pieces.first), smaller(Lane<Zim32f, N>(pieces.beyond), x)));
+    const auto low = value + (rest - bound), high = value + (rest + bound);
+    const auto inDoubt = bitsAs<Zim32s>(low != high) & onPower;
+    return any(inDoubt) ? exactly(x) : select(onPower, low, line);
+  }
+
+ private:
   // A product with a slope of few bits is exact in double, so that rounding it there or here is the same.
   template <int N>
   ZIM_INLINE Lane<Zim32f, N> onLine(Lane<Zim32f, N> x) const {
@@ -240,45 +255,30 @@ struct GammaOfUnit {
     if constexpr (static_cast<double>(slope) == Curve::slope) {
       return x * slope + 0.0F;
     } else {
-      return exact.onLine(x, Curve::slope);
+      return this->exact.onLine(x, Curve::slope);
     }
   }
 
   template <int N>
   [[gnu::noinline]] Lane<Zim32f, N> exactly(Lane<Zim32f, N> x) const {
-    return exact(Pixels<Zim32f, N, 1>{x})[0];
+    return this->exact(Pixels<Zim32f, N, 1>{x})[0];
   }
 };
 
-// And for words: the sum of pieces is rounded as it is made, and each to the integer that it should be.
+// Words: the sum of pieces is rounded as it is made, and each to the integer that it should be.
 template <class Curve>
-struct GammaOfWords {
-  using Sample = Zim32s;
-  static constexpr int registers = 2;
-
-  template <int N, std::size_t Channels>
-  ZIM_INLINE Pixels<Zim32s, N, Channels> operator()(const Pixels<Zim32s, N, Channels>& pixels) const {
-    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return curve(pixels[c]); });
-  }
-
- private:
-  Gamma<Curve, Range16u> exact = Gamma<Curve, Range16u>({});
+struct GammaOfWords : ByPieces<GammaOfWords<Curve>, Curve, Range16u> {
+  GammaOfWords() : GammaOfWords::ByPieces(Range16u()) {}
 
   template <int N>
-  ZIM_INLINE Lane<Zim32s, N> curve(Lane<Zim32s, N> x) const {
+  ZIM_INLINE Lane<Zim32s, N> curveOfRegister(Lane<Zim32s, N> x) const {
     constexpr const auto& pieces = Curve::ofWords;
-    if constexpr (N == 1) {
-      return exact(Pixels<Zim32s, 1, 1>{x})[0];
-    } else if constexpr (Lane<Zim32s, N>::form == Form::split) {
-      return Lane<Zim32s, N>::join(curve(x.v.lo), curve(x.v.hi));
-    } else {
-      const auto [value, rest, bound] = sumOfPieces(pieces, larger(Lane<Zim32f, N>(pieces.first), toFloat(x)));
-      const auto sum = value + rest;
-      const auto nearest = bitsAs<Zim32s>(sum) - std::bit_cast<Zim32s>(pieces.integerBase);
-      const auto fromNearest = rest - (sum - value);
-      const auto power = tieToEven(nearest, (sum - pieces.integerBase) + (fromNearest + 0.5F));
-      return select(x >= exact.knee, power, exact.onLine(x, Curve::slope));
-    }
+    const auto [value, rest, bound] = sumOfPieces(pieces, larger(Lane<Zim32f, N>(pieces.first), toFloat(x)));
+    const auto sum = value + rest;
+    const auto nearest = bitsAs<Zim32s>(sum) - std::bit_cast<Zim32s>(pieces.integerBase);
+    const auto fromNearest = rest - (sum - value);
+    const auto power = tieToEven(nearest, (sum - pieces.integerBase) + (fromNearest + 0.5F));
+    return select(x >= this->exact.knee, power, this->exact.onLine(x, Curve::slope));
   }
 };
 
