@@ -23,6 +23,8 @@ enum class Leading {
 template <int LowestBinade, int Binades, int IntervalBits, Leading leading>
 struct CurvePieces {
   static constexpr int intervals = 1 << IntervalBits, startBits = 23 - IntervalBits;
+  // Wide registers have more samples that can be in doubt: for them the sum is made finer, in more steps.
+  static constexpr bool slopeInTwo = kParts > 1 && leading == Leading::nearestFloat;
   static constexpr float first = std::bit_cast<float>((127 + LowestBinade) << 23),
                          beyond = std::bit_cast<float>((127 + LowestBinade + Binades) << 23);
   static constexpr float integerBase = leading == Leading::nearestInteger ? 0x1p23F : 0.0F;
@@ -62,11 +64,13 @@ struct CurvePieces {
   }
 
  private:
-  // About the middle, slope u is at most q of slope times middle. Five roundings, with what they make of one another,
-  // are of about that size; of the term in u^3, at most b(3) / exponent q^3, a quarter is left.
+  // About the middle, slope u is at most q of slope times middle; of the term in u^3, at most b(3) / exponent q^3, a
+  // quarter is left. With slope in two its own rounding is all that counts besides, and otherwise five roundings, with
+  // what they make of one another, are of about that size.
   static constexpr float bound(double exponent) {
     const double q = 1.0 / (2 * intervals + 1), third = (exponent - 1) * (exponent - 2) / 6;
-    return static_cast<float>(5.5 * 0x1p-24 * q + (third < 0 ? -third : third) * q * q * q * 0.26);
+    const double roundings = slopeInTwo ? 1.01 * 0x1p-24 * q + 0x1p-40 : 5.5 * 0x1p-24 * q;
+    return static_cast<float>(roundings + (third < 0 ? -third : third) * q * q * q * 0.26);
   }
 };
 
@@ -88,7 +92,7 @@ ZIM_INLINE Pixels<Zim32f, N, 4> loadColumns(const std::array<const float*, N>& r
           of(unpackHigh<8>(upper01, upper23))};
 }
 
-// A curve at x: the value of its interval and all else, which is uncertain by the bound.
+// A curve at x: the value of its interval, or near to x, and all else, which is uncertain by the bound.
 template <int N>
 struct CurveSum {
   Lane<Zim32f, N> value, rest, bound;
@@ -114,8 +118,15 @@ ZIM_INLINE CurveSum<N> sumOfPieces(const CurvePieces<LowestBinade, Binades, Inte
   const auto& [value, rest, slope, bend] = loadColumns<N>(perChannel<N>([&](auto i) ZIM_LAMBDA {
     return reinterpret_cast<const float*>(pieces + (std::ptrdiff_t{offsets[i]} - firstOffset));
   }));
-  const auto u = x - middle;
-  return {value, (bend * u + slope) * u + rest, slope * middle * curve.relativeBound};
+  const auto u = x - middle, bound = slope * middle * curve.relativeBound;
+  if constexpr (Curve::slopeInTwo) {
+    // As many bits of slope as leave the product with u exact.
+    const auto upper = bitsAs<Zim32f>(bitsAs<Zim32s>(slope) & Bits(-1 << (Curve::startBits - 1)));
+    const auto step = upper * u, sum = value + step;
+    return {sum, ((bend * u + (slope - upper)) * u + rest) + (step - (sum - value)), bound};
+  } else {
+    return {value, (bend * u + slope) * u + rest, bound};
+  }
 }
 
 }  // namespace ZIM_TARGET_NAMESPACE

@@ -19,7 +19,7 @@ constexpr TransferCurve kForward = {kForwardPower.function, 1.099, 0.099};
 constexpr TransferCurve kInverse = {kInversePower.function, 1.0, 0.0};
 
 constexpr CurvePieces<-6, 7, 9, Leading::nearestFloat> kForwardOfUnit(kForward, 1.0);
-constexpr CurvePieces<-4, 5, 10, Leading::nearestFloat> kInverseOfUnit(kInverse, 1.0);
+constexpr CurvePieces<-4, 5, kParts == 1 ? 10 : 9, Leading::nearestFloat> kInverseOfUnit(kInverse, 1.0);
 constexpr CurvePieces<10, 6, 9, Leading::nearestInteger> kForwardOfWords(kForward, 65535.0);
 constexpr CurvePieces<12, 4, 9, Leading::nearestInteger> kInverseOfWords(kInverse, 65535.0);
 
@@ -31,6 +31,12 @@ struct Forward {
   static constexpr double knee = 0.018, slope = 4.5, gain = kForward.gain, offset = kForward.offset;
 
   static double fromPower(double power) { return power * gain - offset; }
+
+  // The product is exact in double, so that rounding it there or here is the same.
+  template <int N>
+  ZIM_INLINE static Lane<Zim32f, N> lineOfUnit(Lane<Zim32f, N> x) {
+    return x * static_cast<Zim32f>(slope);
+  }
 };
 
 // The knee is not 4.5 * 0.018 = 0.081, and the factor of the base not the double nearest 1 / 1.099 but the one below
@@ -43,6 +49,13 @@ struct Inverse {
   static constexpr double knee = 0.0812, slope = 0.2222222222222222, gain = kInverse.gain, offset = kInverse.offset;
 
   static double fromPower(double power) { return power; }
+
+  // The slope is all but 2 / 9, and no ninth of two floats comes near the middle between two floats: the quotient is
+  // the product in double, rounded.
+  template <int N>
+  ZIM_INLINE static Lane<Zim32f, N> lineOfUnit(Lane<Zim32f, N> x) {
+    return x / 4.5F;
+  }
 };
 
 // ---- Sample types: a sample lies at a distance from the lower end of its range, and v is that by the range ----
@@ -204,7 +217,7 @@ struct Gamma : Range {
 template <class Own, class Curve, class Range>
 struct ByPieces {
   using Sample = typename Range::Sample;
-  static constexpr int registers = 2;
+  static constexpr int registers = kParts == 2 ? 2 : 1;  // as measured
 
   explicit ByPieces(const Range& range) : exact(range) {}
 
@@ -238,27 +251,13 @@ struct GammaOfUnit : ByPieces<GammaOfUnit<Curve>, Curve, Range32f> {
   template <int N>
   ZIM_INLINE Lane<Zim32f, N> curveOfRegister(Lane<Zim32f, N> x) const {
     constexpr const auto& pieces = Curve::ofUnit;
-    const auto onPower = x >= this->exact.knee;
-    const auto line = onLine(x);
     const auto [value, rest, bound] =
         sumOfPieces(pieces, larger(Lane<Zim32f, N>(pieces.first), smaller(Lane<Zim32f, N>(pieces.beyond), x)));
     const auto low = value + (rest - bound), high = value + (rest + bound);
-    const auto inDoubt = bitsAs<Zim32s>(low != high) & onPower;
-    return any(inDoubt) ? exactly(x) : select(onPower, low, line);
+    return anyDiffer(low, high) ? exactly(x) : select(x >= this->exact.knee, low, Curve::lineOfUnit(x + 0.0F));
   }
 
  private:
-  // A product with a slope of few bits is exact in double, so that rounding it there or here is the same.
-  template <int N>
-  ZIM_INLINE Lane<Zim32f, N> onLine(Lane<Zim32f, N> x) const {
-    constexpr auto slope = static_cast<Zim32f>(Curve::slope);
-    if constexpr (static_cast<double>(slope) == Curve::slope) {
-      return x * slope + 0.0F;
-    } else {
-      return this->exact.onLine(x, Curve::slope);
-    }
-  }
-
   template <int N>
   [[gnu::noinline]] Lane<Zim32f, N> exactly(Lane<Zim32f, N> x) const {
     return this->exact(Pixels<Zim32f, N, 1>{x})[0];

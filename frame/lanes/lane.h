@@ -288,6 +288,16 @@ ZIM_INLINE bool any(Lane<T, N> mask) {
   }
 }
 
+// Whether the two differ in any lane; NaN differs from all.
+template <int N>
+ZIM_INLINE bool anyDiffer(Lane<Zim32f, N> a, Lane<Zim32f, N> b) {
+#if defined(__AVX512BW__)
+  // The compiler would take the mask of any(a != b) through a vector register.
+  if constexpr (Lane<Zim32f, N>::form == Form::whole) return _mm512_cmpneq_ps_mask((__m512)a.v, (__m512)b.v) != 0;
+#endif
+  return any(a != b);
+}
+
 // Every lane the same factor, of which the compiler does not know: products by known ones it makes of shifts and
 // additions, which take longer than the processor's multiplication of 16 bits.
 template <class T, int N>
