@@ -14,15 +14,15 @@
  * - C2: packed 4:2:2, two samples a pixel, in the order that the colour word spells
  * - AC4: four interleaved samples; the fourth is not read, and is left as it was when written to
  * - P2: a plane of luma and one of chroma pairs, each with its own pointer and step
- * - P3, P4, AP4: planes; the address of an array of plane pointers, one step for all planes or, where pixels share
- *   chroma and where planes become packed 16-bit pixels, the address of an array with a step for each
+ * - P3, P4, AP4: planes; the address of an array of plane pointers, one step for all planes or, where pixels of that
+ *   side share chroma and where planes become packed 16-bit pixels, the address of an array with a step for each
  * - R: with steps; names without it are of images without gaps
  * - IR: in place, one pointer, one step
  *
  * Steps are distances in bytes between the starts of successive rows. Where an operation does not say that it tests
  * them, zero re-reads (or re-writes) one row and a negative step walks upward in memory. In gray, XYZ, LUV, PhotoYCC,
- * HSV and the RGB forms of HLS rows have to lie within 2^31 - 1 bytes of the first. aval is stored as the fourth sample
- * of each pixel.
+ * HSV and the RGB forms of HLS rows have to lie within 2^31 - 1 samples of the first, or bytes where an operation says
+ * that no bits of a step are dropped. aval is stored as the fourth sample of each pixel.
  *
  * Common results, unless an operation says more: zimResultNullPointer for a null pointer, then zimResultBadSize for a
  * width or height below 1; nothing is written in either case.
@@ -54,13 +54,13 @@ typedef int32_t ZimResult;
 enum {
   zimResultOk = 0,
   zimWarnNoOperation = 1,    /**< nothing was done: the source's maximum or mean is negative */
-  zimWarnOddSize = 35,       /**< the size is no multiple of the sub-sampling; whole multiples were processed */
+  zimWarnOddSize = 35,       /**< the size is no multiple of the sub-sampling: a rest may be left unconverted */
   zimResultBadArgument = -5, /**< an enumerated argument lies outside its set */
   zimResultBadSize = -6,     /**< width or height is below the operation's minimum */
   zimResultNullPointer = -8, /**< a required pointer is null */
   zimResultNoMemory = -9,    /**< a scratch allocation failed */
   zimResultBadStep = -14,    /**< a row step is below 1 */
-  zimResultBadRange = -49,   /**< vMax minus vMin, in single precision, is not above zero */
+  zimResultBadRange = -49,   /**< vMax minus vMin, in single precision, is zero or below */
   zimResultBadLevels = -54,  /**< the level count lies outside its range */
   zimResultBadNoise = -55,   /**< the noise percentage lies outside 0 to 100 */
   zimResultBadDither = -224  /**< the operation does not support this kind of dither */
@@ -137,8 +137,8 @@ ZimResult zimiRGBToGray_32f_AC4C1R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* p
 /** \name Weighted sum of three samples with the caller's weights
  *
  * As zimiRGBToGray_*, with coeffs[k] as the weight of the k-th sample in memory. A null coeffs selects the fixed
- * weights. Weights are used as they are: neither their sign nor their sum is tested, and integer results outside the
- * sample's range keep their low bits. 64f runs on a team of threads from 32 x 32 pixels, with exact byte
+ * weights. Weights are used as they are: neither their sign nor their sum is tested, and of integer results outside
+ * the sample's range only the low bits are stored. 64f runs on a team of threads from 32 x 32 pixels, with exact byte
  * steps; the team has to be as large as ownGetNumThreads says, or bands of rows stay as they were.
  * @{ */
 ZimResult zimiColorToGray_8u_C3C1R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize,
@@ -208,8 +208,8 @@ ZimResult zimiXYZToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst
 /** \name Linear RGB to CIE 1976 L*u*v*
  *
  * For the primaries of BT.709 and white D65; no transfer curve is applied. L, U and V are samples 0, 1 and 2. As
- * integers the ranges 0..100, -134..220 and -140..122 fill that of the sample (16s: from -32768 on), and results keep
- * their low bits; 32f stores L, U and V as they are, of RGB that is nominally 0..1. L of 8u comes from a table, by
+ * integers the ranges 0..100, -134..220 and -140..122 fill that of the sample (16s: from -32768 on), with results cut
+ * to their low bits; 32f stores L, U and V as they are, of RGB that is nominally 0..1. L of 8u comes from a table, by
  * luminance in quarters below 31.5 and in whole steps above; the other types call cbrtf. Black has U = V = 0. In a team
  * of threads from 4097 pixels on. Any size from 1 x 1. The low bit of a step is dropped for 16-bit samples, but no bits
  * for 32f. AC4R leaves the destination's fourth sample as it was.
@@ -244,7 +244,7 @@ ZimResult zimiLUVToRGB_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst
  *
  * For the primaries of BT.709 and white D65. L, a and b are samples 0, 1 and 2: L of 0..100 fills the range of the
  * sample, a and b are moved up by 128 and, in 16 bits, scaled by 255. 8u results are rounded, 16u results truncated;
- * both keep their low bits. Roots come from cbrtf, lightness of 16u from pow. Always in a team of threads. Any size
+ * both are cut to the low bits. Roots come from cbrtf, lightness of 16u from pow. Always in a team of threads. Any size
  * from 1 x 1; steps are exact bytes.
  * @{ */
 ZimResult zimiBGRToLab_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
@@ -285,7 +285,7 @@ ZimResult zimiRGBToYCC_32f_AC4R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst
 
 /** \name PhotoYCC to RGB
  *
- * 8u rounds down; 16u and 16s round; all results are limited to the range of their type (0..1 in 32f). Otherwise as
+ * 8u shifts right, in two stages for G; 16u and 16s round; all are limited to their range (0..1 in 32f). Otherwise as
  * zimiRGBToYCC_*.
  * @{ */
 ZimResult zimiYCCToRGB_8u_C3R(const Zim8u* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep, ZimiSize roiSize);
@@ -1299,17 +1299,18 @@ ZimResult zimiYCbCr420To411_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcS
  *
  * Luma is weighted 1:2:1 over three rows (3:1 at the upper and lower edge), chroma the average of two rows. An image
  * may be converted slice by slice: layout is zimSliceTop, zimSliceCenter, zimSliceBottom, or zimSliceWhole for the
- * whole image; other values write nothing and give zimResultOk. The output of a slice stops two rows short of its end;
- * center and bottom slices begin two rows above their own, so that three luma rows, one chroma row and two destination
- * rows (one of destination chroma) above the pointers have to be there.
+ * whole image; other values write nothing and give zimResultOk. The output of top and center slices stops two rows
+ * short of their end; center and bottom ones begin two rows above their own, so that three luma rows, one chroma row
+ * and two destination rows (one of destination chroma) above the pointers have to be there.
  *
  * How the sums round is particular to each row. With Y1 = min(((Y[r-1] + 2 Y[r] + Y[r+1]) >> 2) + 1, 255), Y0 without
  * the 1, edges with the row itself in place of the one beyond; C1 = min(((C[m] + C[m+1]) >> 1) + 1, 255), C0 without
  * the 1, m = r / 2:
  *
  * - zimiYCbCr420ToYCbCr422_Filter_8u_P2C2R: Y1 and C1, but Y0 in row 1 of a top slice and in the last two rows of a
- *   bottom slice, and C0 in the inner rows of a whole image and in the last two rows of a bottom slice; the last two
- *   rows have the chroma of the last pair of rows. A whole image of two rows has the chroma of its one row.
+ *   bottom slice, and C0 in the last two rows of a bottom slice and in a whole image but its first and last two rows;
+ *   the last two rows have the chroma of the last pair of rows. A whole image of two rows has its one
+ *   row of chroma in both.
  * - zimiYCbCr420ToYCrCb420_Filter_8u_P2P3R: Y1 and C1 in a whole image, Y0 and C0 in slices; the last row has the
  *   chroma of the one above it. A whole image of two rows keeps its chroma. The first byte of each pair goes to
  * plane 1. In center, bottom and whole, plane 1 advances by the step of plane 2 and plane 2 by that of plane 1. Null
@@ -1498,7 +1499,7 @@ ZimResult zimiGammaInv_16u_IP3R(Zim16u* const pSrcDst[3], Zim32s srcDstStep, Zim
 /** \name BT.709 transfer curve of float samples
  *
  * The curve over the range vMin to vMax. Samples outside the range are not clipped: they follow the linear part below
- * it and the power part above. Before all other tests, vMax - vMin that is not above zero gives zimResultBadRange.
+ * it and the power part above. Before all other tests, vMax - vMin of zero or below gives zimResultBadRange.
  * Otherwise as the integer forms; nothing is allocated.
  * @{ */
 ZimResult zimiGammaFwd_32f_C3R(const Zim32f* pSrc, Zim32s srcStep, Zim32f* pDst, Zim32s dstStep, ZimiSize roiSize,
@@ -1530,10 +1531,10 @@ ZimResult zimiGammaInv_32f_IP3R(Zim32f* const pSrcDst[3], Zim32s srcDstStep, Zim
 
 /** \name High-range gray to 8 bits by one scale for the whole image
  *
- * Linear: 255 stands for the image's maximum; results are truncated and keep their low 8 bits. Mean: 255 stands for
+ * Linear: 255 stands for the image's maximum; results are truncated and cut to their low 8 bits. Mean: 255 stands for
  * twice the mean; results are truncated and saturated. A maximum or mean below zero gives zimWarnNoOperation and writes
- * nothing; one that is zero, denormal or NaN fills the destination with 0. The destination pointer is tested only when
- * it is filled. Any size from 1 x 1; steps are not tested.
+ * nothing; one not above the least normal float, or NaN, fills the destination with 0. The destination pointer is
+ * tested only when it is filled. Any size from 1 x 1; steps are not tested.
  * @{ */
 ZimResult zimiToneMapLinear_32f8u_C1R(const Zim32f* pSrc, Zim32s srcStep, Zim8u* pDst, Zim32s dstStep,
                                       ZimiSize roiSize);
