@@ -37,11 +37,11 @@ struct Interleaved {
   }
   static bool planesGiven(Source) { return true; }
 
-  // A block that is the last of its row is read short of its last gap, which may not be readable.
-  template <int N, Extent extent>
+  // A block is read with all its gaps.
+  template <int N>
   ZIM_INLINE static Pixels<T, N, Channels> load(Position<const std::byte, 1> from) {
     if constexpr (hasGaps && N > 1) {
-      const auto all = zim::load<T, N, Stride, extent>(from.plane[0]);
+      const auto all = zim::load<T, N, Stride>(from.plane[0]);
       return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return all[c]; });
     } else {
       return zim::load<T, N, Channels>(from.plane[0]);
@@ -67,8 +67,8 @@ struct Interleaved {
 
   // Copies so many pixels of an image for reading: all but the last gap.
   ZIM_INLINE static void read(Position<std::byte, 1> to, Position<const std::byte, 1> from, int pixels) {
-    constexpr std::size_t gap = (Stride - Channels) * sizeof(T);
-    std::memcpy(to.plane[0], from.plane[0], static_cast<std::size_t>(pixels * pixelBytes) - gap);
+    constexpr std::ptrdiff_t gap = (Stride - Channels) * sizeof(T);
+    copyBytes(to.plane[0], from.plane[0], pixels * pixelBytes - gap);
   }
   // Copies so many pixels into an image, whose gaps stay as they are.
   ZIM_INLINE static void write(Position<std::byte, 1> to, Position<const std::byte, 1> from, int pixels) {
@@ -109,7 +109,7 @@ struct Planar {
     return true;
   }
 
-  template <int N, Extent>
+  template <int N>
   ZIM_INLINE static Pixels<T, N, Channels> load(Position<const std::byte, planes> from) {
     return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return zim::load<T, N, 1>(from.plane[c])[0]; });
   }
@@ -118,9 +118,7 @@ struct Planar {
     forChannels<Channels>([&](auto c) ZIM_LAMBDA { zim::store<T, N, 1>(to.plane[c], {pixels[c]}); });
   }
   ZIM_INLINE static void read(Position<std::byte, planes> to, Position<const std::byte, planes> from, int pixels) {
-    for (std::size_t c = 0; c < Channels; ++c) {
-      std::memcpy(to.plane[c], from.plane[c], static_cast<std::size_t>(pixels * pixelBytes));
-    }
+    for (std::size_t c = 0; c < Channels; ++c) copyBytes(to.plane[c], from.plane[c], pixels * pixelBytes);
   }
   ZIM_INLINE static void write(Position<std::byte, planes> to, Position<const std::byte, planes> from, int pixels) {
     read(to, from, pixels);

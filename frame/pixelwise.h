@@ -83,12 +83,11 @@ struct Passage {
                                        std::is_same_v<Destination, AC4<Zim8u>> && sizeof(typename Kernel::Sample) > 1 &&
                                        kLanesPerCall<Kernel> <= kLanes<Zim16s>;
 
-  template <Extent extent = Extent::whole>
   ZIM_INLINE static auto load(Position<const std::byte, Source::planes> from) {
     if constexpr (isWoven && std::is_same_v<Source, C3<Zim8u>>) {
-      return C3<Zim16u>::load<N / 2, extent>(from);
+      return C3<Zim16u>::load<N / 2>(from);
     } else {
-      return Source::template load<N, extent>(from);
+      return Source::template load<N>(from);
     }
   }
 
@@ -108,20 +107,19 @@ struct Passage {
   }
 };
 
-template <class Source, class Destination, int N, Extent extent = Extent::whole, class Kernel>
+template <class Source, class Destination, int N, class Kernel>
 ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from,
                              Position<std::byte, Destination::planes> to, const Kernel& kernel) {
   if constexpr (N > 1 && usesPacked<Kernel, Source, Destination>) {
     constexpr int part = kLanes<Zim32s>;
     const auto parts = perChannel<4>([&](auto i) ZIM_LAMBDA {
       constexpr std::size_t stride = Source::pixelBytes;
-      constexpr Extent partExtent = i < 3 ? Extent::whole : stride == 3 ? Extent::shortOfLast : extent;
-      return kernel.packed(loadPacked<stride, partExtent>(from.plane[0] + part * stride * i));
+      return kernel.packed(loadPacked<stride, i == 3>(from.plane[0] + part * stride * i));
     });
     storePacked(to.plane[0], parts, [&](const auto& sums) ZIM_LAMBDA { return kernel.finished(sums); });
   } else {
     using Way = Passage<Kernel, Source, Destination, N>;
-    Way::store(to, kernel, Way::template load<extent>(from));
+    Way::store(to, kernel, Way::load(from));
   }
 }
 
@@ -141,27 +139,36 @@ ZIM_INLINE void advance([[maybe_unused]] Kernel& kernel, [[maybe_unused]] std::p
   if constexpr (MovesAlong<Kernel>) kernel.advance(pixels);
 }
 
-// One row: whole blocks, then the rest as a block apart from the row, or pixel by pixel where that is quicker.
+// One row: whole blocks, then the rest, pixel by pixel where that is quicker. Otherwise the rest of a row of a block or
+// more is converted with as many pixels before it as make a whole block; a copy of these that was made first serves
+// conversions in place. The rest of a shorter row becomes a block apart from the row.
 template <class Source, class Destination, class Kernel>
 ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Position<std::byte, Destination::planes> to,
                            std::ptrdiff_t width, const Kernel& atFirstColumn) {
   std::conditional_t<MovesAlong<Kernel>, Kernel, const Kernel&> kernel = atFirstColumn;
   constexpr int block =
       std::max({kLanes<typename Source::Sample>, kLanes<typename Destination::Sample>, kLanesPerCall<Kernel>});
-  constexpr int fewPixels = block / 8 + 1;
+  // A block loaded whole ends in its last gap, which of the last pixel may not be readable.
   std::ptrdiff_t blocks = (Source::hasGaps ? width - 1 : width) / block;
   const auto rest = static_cast<int>(width - blocks * block);
-  const bool restIsBlock = rest > fewPixels && rest < block;
-  const auto restTo = to.at(blocks * block * Destination::pixelBytes);
-  Block<Source, block> sourceRest;
-  Block<Destination, block> destinationRest;
-  // Two rounds of one loop, over the row and over the rest: a second copy of the kernel would cost as much code again.
+  const bool overlaps = !MovesAlong<Kernel> && width >= block;
+  const bool restIsBlock = rest > (overlaps ? block / 32 : block / 8 + 1);
+  const auto endTo = to.at((overlaps ? width - block : blocks * block) * Destination::pixelBytes);
+  Block<Source, block> sourceEnd;
+  Block<Destination, block> destinationEnd;
+  if (restIsBlock) {
+    if (Source::hasGaps || !overlaps) std::memset(&sourceEnd, 0, sizeof(sourceEnd));
+    if (overlaps) {
+      Source::read(sourceEnd.start(), from.at((width - block) * Source::pixelBytes), block);
+    } else {
+      Source::read(sourceEnd.start(), from.at(blocks * block * Source::pixelBytes), rest);
+    }
+  }
+  // Two rounds of one loop, over the row and over its end: a second copy of the kernel would cost as much code again.
   for (int round = blocks > 0 ? 0 : 1; round < (restIsBlock ? 2 : 1); ++round) {
     if (round == 1) {
-      std::memset(&sourceRest, 0, sizeof(sourceRest));
-      Source::read(sourceRest.start(), from, rest);
-      from = readOnly(sourceRest.start());
-      to = destinationRest.start();
+      from = readOnly(sourceEnd.start());
+      to = overlaps ? endTo : destinationEnd.start();
       blocks = 1;
     }
     if constexpr (loadsAhead<Kernel, Source, Destination>) {
@@ -186,15 +193,13 @@ ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Posit
       }
     }
   }
-  if (restIsBlock) {
-    Destination::write(restTo, readOnly(destinationRest.start()), rest);
-  } else if (Source::hasGaps && rest == block) {
-    convertBlock<Source, Destination, block, Extent::shortOfLast>(from, to, kernel);
-  } else {
+  if (!restIsBlock) {
     for (int x = 0; x < rest; ++x) {
       convertBlock<Source, Destination, 1>(from.at(x * Source::pixelBytes), to.at(x * Destination::pixelBytes), kernel);
       advance(kernel, 1);
     }
+  } else if (!overlaps) {
+    Destination::write(endTo, readOnly(destinationEnd.start()), rest);
   }
 }
 

@@ -223,6 +223,7 @@ template <class LumaRule, class ChromaRule>
 struct Coder {
   static constexpr int across = ChromaRule::across, rows = ChromaRule::rows;
   static constexpr bool canBePacked = CanBePacked<LumaRule> && CanBePacked<ChromaRule>;
+  static constexpr bool carries = !std::is_empty_v<ChromaRule>;  // something from block to block
 
   template <int N>
   ZIM_INLINE Code<N, rows, across> operator()(const Rows<N, rows>& rgb) {
@@ -258,7 +259,7 @@ struct Coder {
 template <class Base>
 struct Guarded {
   static constexpr int across = Base::across, rows = Base::rows;
-  static constexpr bool canBePacked = Base::canBePacked;
+  static constexpr bool canBePacked = Base::canBePacked, carries = Base::carries;
 
   template <int N>
   ZIM_INLINE Code<N, rows, across> operator()(const Rows<N, rows>& rgb) {
@@ -289,7 +290,7 @@ struct GuardedPixel : Kernel {
 // terms in an order of its own. Converted to integers by truncation, within 16 to 240.
 struct FloatCoder {
   static constexpr int across = 2, rows = 2;
-  static constexpr bool canBePacked = false;
+  static constexpr bool canBePacked = false, carries = false;
 
   template <int N>
   ZIM_INLINE Code<N, 2, 2> operator()(const Rows<N, 2>& rgb) {

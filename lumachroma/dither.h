@@ -45,6 +45,8 @@ alignas(kRegisterBytes) inline constexpr auto kWovenThresholds = [] {
 // where a step is 255 * 256 / (2^bits - 1), truncated.
 template <WordFormat format>
 struct Dithered {
+  static constexpr bool needsPlace = true;
+
   template <int N>
   ZIM_INLINE Pixels<Zim16u, N, 1> operator()(const Pixels<Zim8u, N, 3>& fields, Place place) const {
     const auto& [low, green, high] = fields;

@@ -25,6 +25,7 @@ inline constexpr WordFormat BGR565 = {Order::bgr, 5, 6}, RGB565 = {Order::rgb, 5
 template <WordFormat format>
 struct Truncated {
   using Sample = Zim8u;
+  static constexpr bool needsPlace = false;
 
   template <int N>
   ZIM_INLINE Pixels<Zim16u, N, 1> operator()(const Pixels<Zim8u, N, 3>& fields, Place = {}) const {
@@ -45,6 +46,7 @@ struct Truncated {
 template <WordFormat format, class Kernel>
 struct ToWords {
   using Layout = C1<Zim16u>;
+  static constexpr bool needsPlace = Kernel::needsPlace;
 
   template <int N>
   ZIM_INLINE void store(Position<std::byte, 1> to, const Pixels<Zim16s, N, 3>& rgb, Place place) const {

@@ -20,7 +20,7 @@ struct PackedWords {
   ZIM_INLINE static Position<const std::byte, 1> start(Source p) { return {{reinterpret_cast<const std::byte*>(p)}}; }
   static bool planesGiven(Source) { return true; }
 
-  template <int N, Extent>
+  template <int N>
   ZIM_INLINE static Pixels<Zim16s, N, 3> load(Position<const std::byte, 1> from) {
     return colours(zim::load<Zim16u, N, 1>(from.plane[0])[0]);
   }

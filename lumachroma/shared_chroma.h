@@ -244,6 +244,7 @@ enum class Order { rgb, bgr };
 template <class PixelLayout, Order order>
 struct ToBytes {
   using Layout = PixelLayout;
+  static constexpr bool needsPlace = false;
   Zim8u fourth = 0;
 
   template <int N>
@@ -391,20 +392,22 @@ ZIM_INLINE void decodeInOrder(const Lines<Source>& from, const Rows<Source, Sink
   });
 }
 
-// Whole blocks, then the rest as a block apart from the strip or pixel by pixel, then lone columns.
+// Whole blocks, then the rest: with pixels before it that make it a whole block, of which there is a copy for
+// conversions in place; where a pattern forbids that or the strip is shorter, as a block apart from it; or pixel by
+// pixel. Then lone columns.
 template <class Source, class LoneColumns, class Kernel, class Sink>
 ZIM_INLINE void decodeStrip(const Lines<Source>& strip, const Rows<Source, Sink>& rows,
                             const std::array<Zim32s, Source::down>& y, std::ptrdiff_t width, const Kernel& kernel,
                             const Sink& sink) {
   using Layout = typename Sink::Layout;
   constexpr int block = kLanes<Zim8u>;
-  constexpr int fewPixels = block / 8;
   constexpr auto down = static_cast<std::size_t>(Source::down);
   const std::ptrdiff_t whole = width & -std::ptrdiff_t{Source::across};
   std::ptrdiff_t blocks = whole / block;
   const std::ptrdiff_t inBlocks = blocks * block;
   const auto rest = static_cast<int>(whole - inBlocks);
-  const bool restIsBlock = rest > fewPixels;
+  const bool overlaps = !Sink::needsPlace && blocks > 0;
+  const bool restIsBlock = rest > (overlaps ? block / 32 : block / 8);
   const auto moved = [](const Rows<Source, Sink>& to, std::ptrdiff_t pixels) ZIM_LAMBDA {
     return perChannel<down>([&](auto row) ZIM_LAMBDA { return to[row].at(pixels * Layout::pixelBytes); });
   };
@@ -412,20 +415,26 @@ ZIM_INLINE void decodeStrip(const Lines<Source>& strip, const Rows<Source, Sink>
     return perChannel<down>([&](auto row) ZIM_LAMBDA { return Place{x, y[row]}; });
   };
 
-  alignas(kRegisterBytes) std::byte sourceRest[Source::lines][Source::bytes(0, block)];
-  Block<Layout, block> sinkRest[down];
+  alignas(kRegisterBytes) std::byte sourceEnd[Source::lines][Source::bytes(0, block)];
+  Block<Layout, block> sinkEnd[down];
+  const std::ptrdiff_t end = overlaps ? whole - block : inBlocks;
+  if (restIsBlock) {
+    const auto endFrom = ahead<Source>(strip, end);
+    if (!overlaps) std::memset(sourceEnd, 0, sizeof(sourceEnd));
+    forChannels<Source::lines>([&](auto i) ZIM_LAMBDA {
+      const auto copy = [&](int pixels)
+                            ZIM_LAMBDA { copyBytes(sourceEnd[i], endFrom.plane[i], Source::bytes(i, pixels)); };
+      overlaps ? copy(block) : copy(rest);
+    });
+  }
   auto from = strip;
   auto to = rows;
   // Two rounds of one loop, so that there is one copy of the kernel.
   for (int round = blocks > 0 ? 0 : 1; round < (restIsBlock ? 2 : 1); ++round) {
     if (round == 1) {
-      std::memset(sourceRest, 0, sizeof(sourceRest));
-      const auto restFrom = ahead<Source>(strip, inBlocks);
-      forChannels<Source::lines>([&](auto i) ZIM_LAMBDA {
-        std::memcpy(sourceRest[i], restFrom.plane[i], static_cast<std::size_t>(Source::bytes(i, rest)));
-        from.plane[i] = sourceRest[i];
-      });
-      forChannels<down>([&](auto row) ZIM_LAMBDA { to[row] = sinkRest[row].start(); });
+      forChannels<Source::lines>([&](auto i) ZIM_LAMBDA { from.plane[i] = sourceEnd[i]; });
+      to = moved(rows, end);
+      if (!overlaps) forChannels<down>([&](auto row) ZIM_LAMBDA { to[row] = sinkEnd[row].start(); });
       blocks = 1;
     }
     for (; blocks > 0; --blocks) {
@@ -439,9 +448,9 @@ ZIM_INLINE void decodeStrip(const Lines<Source>& strip, const Rows<Source, Sink>
       to = moved(to, block);
     }
   }
-  if (restIsBlock) {
-    const auto restTo = moved(rows, inBlocks);
-    forChannels<down>([&](auto row) ZIM_LAMBDA { Layout::write(restTo[row], readOnly(sinkRest[row].start()), rest); });
+  if (restIsBlock && !overlaps) {
+    const auto endTo = moved(rows, end);
+    forChannels<down>([&](auto row) ZIM_LAMBDA { Layout::write(endTo[row], readOnly(sinkEnd[row].start()), rest); });
   }
   for (std::ptrdiff_t x = restIsBlock ? whole : inBlocks; x < (LoneColumns::areConverted ? width : whole); ++x) {
     const auto [u, v] = [&]() ZIM_LAMBDA {

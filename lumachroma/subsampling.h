@@ -1,8 +1,8 @@
 // Conversions in which pixels share chroma: sources, targets, what becomes of an odd end, and the walk over groups.
 //
-// A group is as many pixels and rows as share a chroma sample. Whole groups go through the coder in blocks; the rest of
-// a row's groups as one block apart from the row, with exact copies in and out. Pixels beyond the last whole group are
-// the tail's.
+// A group is as many pixels and rows as share a chroma sample. Whole groups go through the coder in blocks, of which
+// the last one ends with the row's groups and may repeat some; a block that may not, or is more than the row has, lies
+// apart from the row, with exact copies in and out. Pixels beyond the last whole group are the tail's.
 #pragma once
 
 #include <algorithm>
@@ -22,9 +22,9 @@ ZIM_INLINE Pixels<Zim16s, N, 3> loadWoven(Position<const std::byte, Layout::plan
   if constexpr (requires { Layout::template loadWoven<N>(from); }) {
     return Layout::template loadWoven<N>(from);
   } else if constexpr (std::is_same_v<Layout, C3<Zim8u>>) {
-    return weave<Zim16s>(C3<Zim16u>::load<N / 2, Extent::whole>(from));
+    return weave<Zim16s>(C3<Zim16u>::load<N / 2>(from));
   } else {
-    return weave<Zim16s>(Layout::template load<N, Extent::whole>(from));
+    return weave<Zim16s>(Layout::template load<N>(from));
   }
 }
 
@@ -58,7 +58,7 @@ concept MapsSamples = requires {
 // One pixel, for a kernel on 16-bit lanes.
 template <class Source>
 ZIM_INLINE Pixels<Zim16s, 1, 3> loadPixel(Position<const std::byte, Source::Layout::planes> from) {
-  const auto pixel = Source::Layout::template load<1, Extent::whole>(from);
+  const auto pixel = Source::Layout::template load<1>(from);
   return Source::colours(perChannel<3>([&](auto c) ZIM_LAMBDA {
     if constexpr (MapsSamples<Source>) {
       return Lane<Zim16s, 1>(Source::mapping[pixel[c].v]);
@@ -73,10 +73,6 @@ ZIM_INLINE Pixels<Zim16s, 1, 3> loadPixel(Position<const std::byte, Source::Layo
 // A target is the place of such a row. Image is what stands for it in a public signature; Buffer is room for a block.
 
 inline void put(std::byte* to, Lane<Zim16s, 1> sample) { *to = static_cast<std::byte>(narrow<Zim8u>(sample).v); }
-
-ZIM_INLINE void copyBytes(std::byte* to, const std::byte* from, std::ptrdiff_t count) {
-  std::memcpy(to, from, static_cast<std::size_t>(count));
-}
 
 // Two samples a pixel, for pairs of pixels.
 enum class Stream { YCbYCr, YCrYCb, CbYCrY };
@@ -143,6 +139,10 @@ struct Planes {
       return {perChannel<rows>([&](auto row) ZIM_LAMBDA { return &luma[row][0]; }), cb, cr};
     }
   };
+
+  Planes at(std::ptrdiff_t x) const {
+    return {perChannel<rows>([&](auto row) { return luma[row] + x; }), cb + x / across, cr + x / across};
+  }
 
   template <int N>
   ZIM_INLINE void store(std::ptrdiff_t x, const Code<N, rows, across>& code) const {
@@ -215,6 +215,8 @@ struct SemiPlanar {
     SemiPlanar row() { return {{luma[0], luma[1]}, chroma}; }
   };
 
+  SemiPlanar at(std::ptrdiff_t x) const { return {{luma[0] + x, luma[1] + x}, chroma + x}; }
+
   template <int N>
   ZIM_INLINE void store(std::ptrdiff_t x, const Code<N, 2, 2>& code) const {
     forChannels<2>([&](auto row) ZIM_LAMBDA { zim::store<Zim8u, N, 1>(luma[row] + x, {code.luma[row]}); });
@@ -263,28 +265,36 @@ template <class Source, class Target, class GroupCoder>
   GroupCoder coder = carried;
   // A block of unpacked pixels is loaded with all its gaps, of which the last may not be readable.
   constexpr bool loadsLastGap = Layout::hasGaps && !kStaysPacked<Source, GroupCoder>;
-  std::ptrdiff_t x = 0, end = (loadsLastGap ? pixels - 1 : pixels) / block * block;
+  const std::ptrdiff_t end = (loadsLastGap ? pixels - 1 : pixels) / block * block;
   const auto rest = static_cast<int>(pixels - end);
+  const bool overlaps = !GroupCoder::carries && pixels >= block;
   std::array<Block<Layout, block>, rows> sourceRest;
   typename Target::template Buffer<block> targetRest;
   const Target image = to;
   for (int round = 0; round < 2; ++round) {
+    std::ptrdiff_t last = end;
     if (round == 1) {
       if (rest == 0) break;
-      std::memset(&sourceRest, 0, sizeof(sourceRest));
+      last = block;
+      const std::ptrdiff_t at = overlaps ? pixels - block : end;
+      to = overlaps ? image.at(at) : targetRest.row();
       for (std::size_t row = 0; row < rows; ++row) {
-        Layout::read(sourceRest[row].start(), from[row].at(end * Layout::pixelBytes), rest);
+        from[row] = from[row].at(at * Layout::pixelBytes);
+        if (overlaps && !loadsLastGap) continue;
+        std::memset(&sourceRest[row], 0, sizeof(sourceRest[row]));
+        if (overlaps) {
+          Layout::read(sourceRest[row].start(), from[row], block);
+        } else {
+          Layout::read(sourceRest[row].start(), from[row], rest);
+        }
         from[row] = readOnly(sourceRest[row].start());
       }
-      to = targetRest.row();
-      x = 0;
     }
-    const std::ptrdiff_t last = round == 0 ? end : block;
-    for (; x < last; x += block) {
+    for (std::ptrdiff_t x = 0; x < last; x += block) {
       to.template store<block>(x, encodeBlock<Source, block>(coder, from, x));
     }
   }
-  if (rest > 0) image.copy(end, to, rest);
+  if (rest > 0 && !overlaps) image.copy(end, to, rest);
   carried = coder;
 }
 

@@ -218,7 +218,7 @@ struct FromLuv32f {
   std::ptrdiff_t reach(Position<const std::byte, 1> row, std::ptrdiff_t width) const {
     constexpr int block = kLanes<Zim32f>;
     const auto anyDark = [&]<int N>(std::ptrdiff_t x, std::integral_constant<int, N>) ZIM_LAMBDA {
-      return any(isDark(Layout::template load<N, Extent::whole>(row.at(x * Layout::pixelBytes))[0]));
+      return any(isDark(Layout::template load<N>(row.at(x * Layout::pixelBytes))[0]));
     };
     std::ptrdiff_t x = 0;
     while (x + block < width && !anyDark(x, std::integral_constant<int, block>())) x += block;

@@ -326,7 +326,7 @@ void lookUpRows(const Conversion<Layout, Layout>& call, const Table& table) {
   forRows(call, [&](auto from, auto to, std::ptrdiff_t width, auto layout) {
     using Row = decltype(layout);
     const auto lookUp = [&](std::ptrdiff_t x) ZIM_LAMBDA {
-      const auto pixel = Row::template load<1, Extent::whole>(from.at(x * Row::pixelBytes));
+      const auto pixel = Row::template load<1>(from.at(x * Row::pixelBytes));
       Row::template store<1>(to.at(x * Row::pixelBytes), perChannel<Row::channels>([&](auto c) ZIM_LAMBDA {
                                return Lane<typename Row::Sample, 1>(table[pixel[c].v]);
                              }));

@@ -75,13 +75,11 @@ ZIM_INLINE void storeParts(std::byte* p, std::ptrdiff_t partStride, Register a) 
   }
 }
 
-// The same, but for the last unread bytes of the last place: the last part ends in zeros there.
-template <int unread>
-ZIM_INLINE Register loadPartsShort(const std::byte* p, std::ptrdiff_t partStride) {
-  return fromParts([&](int h) ZIM_LAMBDA {
-    const std::byte* const part = p + h * partStride;
-    return h < kParts - 1 ? load128(part) : _mm_srli_si128(load128(part - unread), unread);
-  });
+// As memcpy. Of a count that it knows to be small the compiler would make a string instruction, which takes longer to
+// start than the C library takes for the whole.
+ZIM_INLINE void copyBytes(std::byte* to, const std::byte* from, std::ptrdiff_t count) {
+  if (!__builtin_constant_p(count)) asm("" : "+r"(count));
+  std::memcpy(to, from, static_cast<std::size_t>(count));
 }
 
 // ---- Order of samples within registers, the same in each 128-bit part ----
@@ -567,14 +565,10 @@ inline constexpr std::size_t kRegistersOf = N * sizeof(T) * Channels / kRegister
 // So many registers of a block are brought into the order of memory together, and then stored.
 inline constexpr std::size_t kMostStoredTogether = kParts == 4 ? 16 : 4;
 
-// Registers as they lie in memory; of the last one all but the last unread bytes, which come as zeros.
-template <std::size_t Count, int unread>
+// Registers as they lie in memory.
+template <std::size_t Count>
 ZIM_INLINE Registers<Count> loadWhole(const std::byte* p) {
-  return perChannel<Count>([&](auto i) ZIM_LAMBDA {
-    const std::byte* const from = p + kRegisterBytes * i;
-    constexpr bool isShort = unread > 0 && i == Count - 1;
-    return isShort ? loadPartsShort<unread>(from, 16) : loadRegister(from);
-  });
+  return perChannel<Count>([&](auto i) ZIM_LAMBDA { return loadRegister(p + kRegisterBytes * i); });
 }
 
 // The registers of interleaved channels, in the order of a block.
@@ -603,10 +597,10 @@ ZIM_INLINE Lane<T, N> joinRegisters(const Registers<Count>& r) {
 #if defined(__AVX512BW__)
 
 // N pixels of whole registers: each channel comes apart in the order of memory, and then into that of the block.
-template <class T, int N, std::size_t Channels, int unread>
+template <class T, int N, std::size_t Channels>
 ZIM_INLINE Pixels<T, N, Channels> loadAcross(const std::byte* p) {
   constexpr std::size_t groups = N / kLanes<T>;
-  const auto r = loadWhole<groups * Channels, unread>(p);
+  const auto r = loadWhole<groups * Channels>(p);
   const auto apart = perChannel<groups>([&](auto g) ZIM_LAMBDA {
     const Registers<Channels> group = perChannel<Channels>([&](auto c) ZIM_LAMBDA { return r[g * Channels + c]; });
     if constexpr (Channels == 1) {
@@ -633,13 +627,9 @@ ZIM_INLINE auto registersAcross(const Pixels<T, N, Channels>& pixels) {
 
 #endif
 
-// Loads N pixels of interleaved channels (one channel: contiguous samples); reads those bytes and no others. A short
-// load leaves out the very last sample and gives zero for it.
-enum class Extent { whole, shortOfLast };
-
-template <class T, int N, std::size_t Channels, Extent extent = Extent::whole>
+// Loads N pixels of interleaved channels (one channel: contiguous samples); reads those bytes and no others.
+template <class T, int N, std::size_t Channels>
 ZIM_INLINE Pixels<T, N, Channels> load(const std::byte* p, std::ptrdiff_t partStride = kPartStride<T, N, Channels>) {
-  constexpr int unread = extent == Extent::shortOfLast ? sizeof(T) : 0;
   if constexpr (N == 1) {
     return perChannel<Channels>([&](auto c) ZIM_LAMBDA {
       T sample;
@@ -649,21 +639,19 @@ ZIM_INLINE Pixels<T, N, Channels> load(const std::byte* p, std::ptrdiff_t partSt
   } else {
 #if defined(__AVX512BW__)
     if constexpr (kAcrossParts<sizeof(T), Channels>) {
-      return loadAcross<T, N, Channels, unread>(p);
+      return loadAcross<T, N, Channels>(p);
     } else if constexpr (Channels == 1) {
       constexpr auto own = kPartStride<T, N, Channels>;
-      if (__builtin_constant_p(partStride == own) && partStride == own) return loadAcross<T, N, 1, unread>(p);
+      if (__builtin_constant_p(partStride == own) && partStride == own) return loadAcross<T, N, 1>(p);
     }
 #endif
     if constexpr (kForm<T, N> == Form::split) {
       const auto lo = load<T, N / 2, Channels>(p, partStride);
-      const auto hi = load<T, N / 2, Channels, extent>(p + kPartStride<T, N / 2, Channels>, partStride);
+      const auto hi = load<T, N / 2, Channels>(p + kPartStride<T, N / 2, Channels>, partStride);
       return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::join(lo[c], hi[c]); });
     } else {
-      Registers<Channels> r = perChannel<Channels>([&](auto c) ZIM_LAMBDA {
-        constexpr bool isShort = unread > 0 && c == Channels - 1;
-        return isShort ? loadPartsShort<unread>(p + 16 * c, partStride) : loadParts(p + 16 * c, partStride);
-      });
+      Registers<Channels> r =
+          perChannel<Channels>([&](auto c) ZIM_LAMBDA { return loadParts(p + 16 * c, partStride); });
       if constexpr (Channels > 1) r = deinterleave<sizeof(T)>(r);
       return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return Lane<T, N>::of((typename Lane<T, N>::Value)r[c]); });
     }
@@ -1041,15 +1029,14 @@ struct PackedPixels {
 };
 
 // Loads packed pixels that lie Stride samples apart. Pixels of three samples are read with four bytes of what follows
-// unless the load is short, those of four with all their bytes but, in a short load, the last.
-template <std::size_t Stride, Extent extent>
+// or, the last ones of a block, of what precedes; those of four with all their bytes.
+template <std::size_t Stride, bool last>
 ZIM_INLINE PackedPixels loadPacked(const std::byte* p) {
-  constexpr int unread = Stride == 4 ? 1 : 4;
   const auto split = [](Register pixels) -> PackedPixels {
     return {pixels & ZIM_MM(set1_epi32)(0x00FF00FF), ZIM_MM(srli_epi16)(pixels, 8)};
   };
   if constexpr (Stride == 4) {
-    return split(extent == Extent::shortOfLast ? loadPartsShort<unread>(p, 16) : loadParts(p, 16));
+    return split(loadParts(p, 16));
   } else {
 #if defined(__AVX512BW__)
     const Register r = _mm512_maskz_loadu_epi32(0x0FFF, p);
@@ -1067,7 +1054,7 @@ ZIM_INLINE PackedPixels loadPacked(const std::byte* p) {
                                       5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1, 14, -1, -1, -1);
     return {ZIM_MM(shuffle_epi8)(r, even), ZIM_MM(shuffle_epi8)(r, odd)};
 #else
-    const __m128i r = extent == Extent::shortOfLast ? loadPartsShort<unread>(p, 16) : loadParts(p, 16);
+    const __m128i r = last ? _mm_srli_si128(load128(p - 4), 4) : load128(p);
     return split(_mm_unpacklo_epi64(_mm_unpacklo_epi32(r, _mm_srli_si128(r, 3)),
                                     _mm_unpacklo_epi32(_mm_srli_si128(r, 6), _mm_srli_si128(r, 9))));
 #endif
