@@ -157,7 +157,7 @@ ZIM_INLINE void convertRow(Position<const std::byte, Source::planes> from, Posit
   Block<Source, block> sourceEnd;
   Block<Destination, block> destinationEnd;
   if (restIsBlock) {
-    if (Source::hasGaps || !overlaps) std::memset(&sourceEnd, 0, sizeof(sourceEnd));
+    if (Source::hasGaps || !overlaps) clear(sourceEnd);
     if (overlaps) {
       Source::read(sourceEnd.start(), from.at((width - block) * Source::pixelBytes), block);
     } else {

@@ -420,7 +420,7 @@ ZIM_INLINE void decodeStrip(const Lines<Source>& strip, const Rows<Source, Sink>
   const std::ptrdiff_t end = overlaps ? whole - block : inBlocks;
   if (restIsBlock) {
     const auto endFrom = ahead<Source>(strip, end);
-    if (!overlaps) std::memset(sourceEnd, 0, sizeof(sourceEnd));
+    if (!overlaps) clear(sourceEnd);
     forChannels<Source::lines>([&](auto i) ZIM_LAMBDA {
       const auto copy = [&](int pixels)
                             ZIM_LAMBDA { copyBytes(sourceEnd[i], endFrom.plane[i], Source::bytes(i, pixels)); };

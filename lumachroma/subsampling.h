@@ -281,7 +281,7 @@ template <class Source, class Target, class GroupCoder>
       for (std::size_t row = 0; row < rows; ++row) {
         from[row] = from[row].at(at * Layout::pixelBytes);
         if (overlaps && !loadsLastGap) continue;
-        std::memset(&sourceRest[row], 0, sizeof(sourceRest[row]));
+        clear(sourceRest[row]);
         if (overlaps) {
           Layout::read(sourceRest[row].start(), from[row], block);
         } else {

@@ -75,8 +75,14 @@ ZIM_INLINE void storeParts(std::byte* p, std::ptrdiff_t partStride, Register a) 
   }
 }
 
-// As memcpy. Of a count that it knows to be small the compiler would make a string instruction, which takes longer to
-// start than the C library takes for the whole.
+// As memset with 0, and as memcpy. Of counts that it knows to be small the compiler would make string instructions,
+// which take longer to start than registers, or the C library, take for the whole.
+template <class Bytes>
+ZIM_INLINE void clear(Bytes& bytes) {
+  static_assert(sizeof(bytes) % kRegisterBytes == 0);
+  forChannels<sizeof(bytes) / kRegisterBytes>(
+      [&](auto i) ZIM_LAMBDA { storeRegister(reinterpret_cast<std::byte*>(&bytes) + kRegisterBytes * i, Register{}); });
+}
 ZIM_INLINE void copyBytes(std::byte* to, const std::byte* from, std::ptrdiff_t count) {
   if (!__builtin_constant_p(count)) asm("" : "+r"(count));
   std::memcpy(to, from, static_cast<std::size_t>(count));
