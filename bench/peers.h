@@ -31,6 +31,7 @@ struct Pair {
   std::string label;  // what of it is called
   // Everything that comes before the call, which is returned.
   std::function<Call(catalogue::Image& source, catalogue::Image& destination)> prepare;
+  int levels = 0;  // that the peer reduces to, where the export takes their number
 };
 
 // All pairs of the libraries that this program is built with.

@@ -32,6 +32,9 @@ class Workload {
  public:
   Workload(const catalogue::Export& e, ZimiSize size);
 
+  // A further argument of the export, in place of the usual one.
+  void set(const std::string& argument, double value) { operands_.value(argument).set({value}); }
+
   // The export itself, or a peer that does the same job on the same images.
   Job ours();
   Job peer(Call call);

@@ -32,6 +32,7 @@ namespace {
 void addPair(const catalogue::Export& e, const Pair& pair) {
   const auto body = [&](benchmark::State& state) {
     Workload workload(e, kFullHd);
+    if (pair.levels > 0) workload.set("levels", pair.levels);
     const Job peer = workload.peer(pair.prepare(workload.source(), workload.destination()));
     const Comparison result = compare(state, workload.ours(), peer);
     state.counters["MP/s"] = workload.megapixels() / result.seconds;

@@ -100,6 +100,7 @@ const Enter entered([] {
     const char* label;
     zimg_image_format source, destination;
     zimg_dither_type_e dither = ZIMG_DITHER_NONE;
+    int levels = 0;
   };
   const Row rows[] = {
       {"zimiRGBToGray_16u_C3C1R", kGray, rgb(k16u), gray(k16u)},
@@ -140,19 +141,21 @@ const Enter entered([] {
       {"zimiGammaFwd_32f_P3R", kCurve, linearRgb(k32f), rgb(k32f)},
       {"zimiGammaInv_32f_P3R", kCurve, rgb(k32f), linearRgb(k32f)},
 
-      // Its own reductions end at 256 levels.
-      {"zimiReduceBits_16u8u_C1R:none", kRound, gray(k16u), gray(k8u)},
-      {"zimiReduceBits_16u8u_C1R:bayer", kOrdered, gray(k16u), gray(k8u), ZIMG_DITHER_ORDERED},
-      {"zimiReduceBits_16u8u_C1R", kDiffusion, gray(k16u), gray(k8u), ZIMG_DITHER_ERROR_DIFFUSION},
-      {"zimiReduceBits_16u8u_C3R", kDiffusion, rgb(k16u), rgb(k8u), ZIMG_DITHER_ERROR_DIFFUSION},
-      {"zimiReduceBits_32f8u_C1R", kDiffusion, gray(k32f), gray(k8u), ZIMG_DITHER_ERROR_DIFFUSION},
-      {"zimiReduceBits_32f16u_C3R:bayer", kOrdered, rgb(k32f), rgb(k16u), ZIMG_DITHER_ORDERED},
+      // Its reductions are to all values of the narrower type.
+      {"zimiReduceBits_16u8u_C1R:none", kRound, gray(k16u), gray(k8u), ZIMG_DITHER_NONE, 256},
+      {"zimiReduceBits_16u8u_C1R:bayer", kOrdered, gray(k16u), gray(k8u), ZIMG_DITHER_ORDERED, 256},
+      {"zimiReduceBits_16u8u_C1R", kDiffusion, gray(k16u), gray(k8u), ZIMG_DITHER_ERROR_DIFFUSION, 256},
+      {"zimiReduceBits_16u8u_C3R", kDiffusion, rgb(k16u), rgb(k8u), ZIMG_DITHER_ERROR_DIFFUSION, 256},
+      {"zimiReduceBits_32f8u_C1R", kDiffusion, gray(k32f), gray(k8u), ZIMG_DITHER_ERROR_DIFFUSION, 256},
+      {"zimiReduceBits_32f16u_C3R:bayer", kOrdered, rgb(k32f), rgb(k16u), ZIMG_DITHER_ORDERED, 65536},
   };
   std::vector<Pair> some;
   for (const Row& row : rows) {
-    some.push_back({row.exportName, "zimg", row.label, [=](Image& source, Image& destination) {
+    some.push_back({row.exportName, "zimg", row.label,
+                    [=](Image& source, Image& destination) {
                       return conversion(source, row.source, destination, row.destination, row.dither);
-                    }});
+                    },
+                    row.levels});
   }
   return some;
 }());

@@ -20,6 +20,40 @@ struct BlockKernel {
   static constexpr int block = kLanes<To>;
 };
 
+// ---- Words of whole levels ----
+
+// Samples of 16 bits of which the levels are whole numbers apart. With v L = 65536 h + l the level below v is h, or the
+// next where h + l reaches 65535; and h + l, or what is beyond that, is L times the distance from it. The latter is
+// zero, since it is a multiple of L and h is not above L. So one comparison, within 16 bits, tells the level to take,
+// and every operation in single precision would give it too.
+template <class From, class To>
+class WholeLevels : public BlockKernel<From, To> {
+ public:
+  static bool serve(Zim32s count) { return count <= 255 && kWhite<From> % count == 0; }
+
+  explicit WholeLevels(Zim32s count)
+      : count_(static_cast<Zim16u>(count)), apart_(static_cast<Zim16u>(kWhite<To> / count)) {}
+
+ protected:
+  // The next level where the sample is further above one than threshold / L.
+  template <int N>
+  ZIM_INLINE Lane<To, N> level(Lane<From, N> sample, Lane<Zim16u, N> threshold) const {
+    const auto v = fromBlack<From>(bitsAs<Zim16u>(sample));
+    const Lane<Zim16u, N> count = count_;
+    const auto h = multiplyHigh(bitsAs<Zim16u>(v), count);
+    const auto isUpper = addSaturated(h, bitsAs<Zim16u>(v) * count) > threshold;
+    const auto value = (h - bitsAs<Zim16u>(isUpper)) * Lane<Zim16u, N>(apart_);
+    if constexpr (sizeof(To) == 1) {
+      return narrow<To>(bitsAs<Zim16s>(value));
+    } else {
+      return fromBlack<To>(value);
+    }
+  }
+
+ private:
+  Zim16u count_, apart_;
+};
+
 // ---- Without dither ----
 
 // v / white of integers, correctly rounded for every sample: white is one less than a power of two, by which the first
@@ -74,40 +108,76 @@ struct Nearest : BlockKernel<From, To> {
   }
 };
 
+template <class From, class To>
+struct NearestWhole : WholeLevels<From, To> {
+  using WholeLevels<From, To>::WholeLevels;
+
+  template <int N, std::size_t Channels>
+  ZIM_INLINE Pixels<To, N, Channels> operator()(const Pixels<From, N, Channels>& pixels) const {
+    return perChannel<Channels>([&](auto c)
+                                    ZIM_LAMBDA { return this->level(pixels[c], Lane<Zim16u, N>(kWhite<From> / 2)); });
+  }
+};
+
 // ---- Ordered dither ----
 
 // Parts of a level in fifteenths, by row and column.
 constexpr int kBayer[4][4] = {{0, 8, 2, 10}, {12, 4, 14, 6}, {3, 11, 1, 9}, {15, 7, 13, 5}};
 
+// Thresholds of a row's samples, from the first on; they repeat after so many.
+template <class T>
+class RowOfThresholds {
+ public:
+  RowOfThresholds(const T* thresholds, std::ptrdiff_t period)
+      : next_(thresholds), first_(thresholds), end_(thresholds + period) {}
+
+  void advance(std::ptrdiff_t samples) {
+    next_ += samples;
+    if (next_ == end_) next_ = first_;
+  }
+
+ protected:
+  template <int N>
+  ZIM_INLINE Lane<T, N> thresholds() const {
+    return load<T, N, 1>(reinterpret_cast<const std::byte*>(next_))[0];
+  }
+
+ private:
+  const T *next_, *first_, *end_;
+};
+
+template <class From, class To>
+struct OrderedWhole : WholeLevels<From, To>, RowOfThresholds<Zim16u> {
+  OrderedWhole(Zim32s count, const Zim16u* thresholds, std::ptrdiff_t period)
+      : WholeLevels<From, To>(count), RowOfThresholds(thresholds, period) {}
+
+  template <int N, std::size_t Channels>
+  ZIM_INLINE Pixels<To, N, Channels> operator()(const Pixels<From, N, Channels>& pixels) const {
+    const auto threshold = thresholds<N>();
+    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return this->level(pixels[c], threshold); });
+  }
+};
+
 // A sample v lies between the levels a = n step and a + step; it takes the upper one if it is more above the lower than
 // the threshold of its place. Integers clamp to the range of the destination, save bytes to bytes; these and floats
 // keep low bits.
 template <class From, class To>
-class Ordered : public BlockKernel<From, To> {
+class Ordered : public BlockKernel<From, To>, public RowOfThresholds<Zim32f> {
  public:
-  // Thresholds of the row's samples, from the first on; they repeat after so many.
   Ordered(Zim32f count, const Zim32f* thresholds, std::ptrdiff_t period)
-      : levels_(Levels::of<From>(count)),
-        byteStep_(static_cast<Zim16u>(byteStep(count))),
-        threshold_(thresholds),
-        first_(thresholds),
-        end_(thresholds + period) {}
-
-  void advance(std::ptrdiff_t samples) {
-    threshold_ += samples;
-    if (threshold_ == end_) threshold_ = first_;
-  }
+      : RowOfThresholds(thresholds, period),
+        levels_(Levels::of<From>(count)),
+        byteStep_(static_cast<Zim16u>(byteStep(count))) {}
 
   template <int N, std::size_t Channels>
   ZIM_INLINE Pixels<To, N, Channels> operator()(const Pixels<From, N, Channels>& pixels) const {
-    const auto thresholds = load<Zim32f, N, 1>(reinterpret_cast<const std::byte*>(threshold_))[0];
-    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return dithered(pixels[c], thresholds); });
+    const auto threshold = thresholds<N>();
+    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return dithered(pixels[c], threshold); });
   }
 
  private:
   Levels levels_;
   Zim16u byteStep_;
-  const Zim32f *threshold_, *first_, *end_;
 
   template <int N>
   ZIM_INLINE Lane<To, N> dithered(Lane<From, N> sample, Lane<Zim32f, N> threshold) const {
@@ -131,14 +201,11 @@ class Ordered : public BlockKernel<From, To> {
   }
 };
 
-// The thresholds of the first pixels of a row, each repeated for the samples of its pixel. noise may be null.
-template <int samplesPerPixel>
-void fillThresholds(Zim32f* to, Zim32s y, std::ptrdiff_t pixels, Zim32f step, const NoiseTables* noise) {
-  for (std::ptrdiff_t x = 0; x < pixels; ++x) {
-    Zim32f part = static_cast<Zim32f>(kBayer[y & 3][x & 3]) / 15.0F;
-    if (noise != nullptr) part = part + noise->at(x, y);
-    for (int sample = 0; sample < samplesPerPixel; ++sample) *to++ = part * step;
-  }
+// The thresholds of the first pixels of a row, of(k, x) by fifteenths and column, each repeated for the samples of its
+// pixel.
+template <int samplesPerPixel, class T, class Of>
+void fillThresholds(T* to, Zim32s y, std::ptrdiff_t pixels, const Of& of) {
+  for (std::ptrdiff_t x = 0; x < pixels; ++x) to = std::fill_n(to, samplesPerPixel, of(kBayer[y & 3][x & 3], x));
 }
 
 // ---- Rows ----
@@ -175,9 +242,17 @@ void reduceRows(const Conversion<Source, Destination>& call, const WithKernel& w
 
 template <class Source, class Destination>
 ZimResult toNearest(const Conversion<Source, Destination>& call, Zim32f count) {
-  const Nearest<typename Source::Sample, typename Destination::Sample> kernel(count);
-  reduceRows<Serial, Offsets::bytes>(call, [&](Zim32s, const auto& use) { use(kernel); });
-  return zimResultOk;
+  using From = typename Source::Sample;
+  using To = typename Destination::Sample;
+  const auto reduce = [&](const auto& kernel) {
+    reduceRows<Serial, Offsets::bytes>(call, [&](Zim32s, const auto& use) { use(kernel); });
+    return zimResultOk;
+  };
+  if constexpr (sizeof(From) == 2) {
+    const auto whole = static_cast<Zim32s>(count);
+    if (WholeLevels<From, To>::serve(whole)) return reduce(NearestWhole<From, To>(whole));
+  }
+  return reduce(Nearest<From, To>(count));
 }
 
 // Images of four channels always run on a team, and walk by exact bytes.
@@ -186,36 +261,64 @@ inline constexpr bool kFourColours = Source::channels == 4;
 template <class Source>
 using OrderedTeam = std::conditional_t<kFourColours<Source>, AlwaysParallel, ParallelFrom<9217>>;
 
+template <class Source>
+inline constexpr Offsets kOrderedOffsets = kFourColours<Source> ? Offsets::bytes : Offsets::elements;
+
+// By the same four rows of thresholds T all over, as of(k) has them; withThresholds(thresholds, period) makes a kernel.
+template <class T, class Source, class Destination, class Of, class WithThresholds>
+ZimResult orderByPattern(const Conversion<Source, Destination>& call, const Of& of,
+                         const WithThresholds& withThresholds) {
+  constexpr int samples = kFlatSamples<Source>,
+                pixels = BlockKernel<typename Source::Sample, typename Destination::Sample>::block;
+  static_assert(pixels % 4 == 0);
+  std::array<std::array<T, std::size_t{pixels * samples}>, 4> pattern;
+  for (Zim32s y = 0; y < std::min(4, call.roiSize.height); ++y) {
+    fillThresholds<samples>(pattern[static_cast<std::size_t>(y)].data(), y, pixels,
+                            [&](int k, std::ptrdiff_t) { return of(k); });
+  }
+  reduceRows<OrderedTeam<Source>, kOrderedOffsets<Source>>(call, [&](Zim32s y, const auto& use) {
+    use(withThresholds(pattern[static_cast<std::size_t>(y & 3)].data(), pixels * samples));
+  });
+  return zimResultOk;
+}
+
 template <class Source, class Destination>
 ZimResult toOrdered(const Conversion<Source, Destination>& call, Zim32f count, Zim32s noise) {
   using From = typename Source::Sample;
-  using Kernel = Ordered<From, typename Destination::Sample>;
-  constexpr Offsets offsets = kFourColours<Source> ? Offsets::bytes : Offsets::elements;
-  constexpr int samples = kFlatSamples<Source>, block = Kernel::block;
-  // After so many pixels, in a whole number of blocks, a row of thresholds repeats.
-  constexpr int patternPixels = block, noisePixels = NoiseTables::kEntries;
-  static_assert(patternPixels % 4 == 0 && noisePixels % block == 0);
+  using To = typename Destination::Sample;
+  using Kernel = Ordered<From, To>;
   const Zim32f step = Levels::of<From>(count).step;
+  const auto partOf = [](int k) { return static_cast<Zim32f>(k) / 15.0F; };
   if (noise == 0) {
-    std::array<std::array<Zim32f, std::size_t{patternPixels * samples}>, 4> pattern;
-    for (Zim32s y = 0; y < std::min(4, call.roiSize.height); ++y) {
-      fillThresholds<samples>(pattern[static_cast<std::size_t>(y)].data(), y, patternPixels, step, nullptr);
+    if constexpr (sizeof(From) == 2) {
+      const auto whole = static_cast<Zim32s>(count);
+      if (WholeLevels<From, To>::serve(whole)) {
+        // At most one level is added.
+        const auto of = [](int k) { return static_cast<Zim16u>(std::min(kWhite<From> / 15 * k, kWhite<From> - 1)); };
+        return orderByPattern<Zim16u>(call, of, [&](const Zim16u* thresholds, std::ptrdiff_t period) {
+          return OrderedWhole<From, To>(whole, thresholds, period);
+        });
+      }
     }
-    reduceRows<OrderedTeam<Source>, offsets>(call, [&](Zim32s y, const auto& use) {
-      use(Kernel(count, pattern[static_cast<std::size_t>(y & 3)].data(), patternPixels * samples));
-    });
+    return orderByPattern<Zim32f>(
+        call, [&](int k) { return partOf(k) * step; },
+        [&](const Zim32f* thresholds, std::ptrdiff_t period) { return Kernel(count, thresholds, period); });
   } else {
+    // After so many pixels, in a whole number of blocks, a row of thresholds repeats.
+    constexpr int samples = kFlatSamples<Source>, block = Kernel::block, noisePixels = NoiseTables::kEntries;
+    static_assert(noisePixels % block == 0);
     NoiseTables tables;
     const auto bound = static_cast<Zim32f>(noise);
     if (const ZimResult failure = tables.make(-bound / 100.0F, bound / 100.0F); failure != zimResultOk) return failure;
     const int pixels = std::min(noisePixels - block, call.roiSize.width) + block;
-    reduceRows<OrderedTeam<Source>, offsets>(call, [&](Zim32s y, const auto& use) {
+    reduceRows<OrderedTeam<Source>, kOrderedOffsets<Source>>(call, [&](Zim32s y, const auto& use) {
       std::array<Zim32f, std::size_t{noisePixels * samples}> thresholds;
-      fillThresholds<samples>(thresholds.data(), y, pixels, step, &tables);
+      fillThresholds<samples>(thresholds.data(), y, pixels,
+                              [&](int k, std::ptrdiff_t x) { return (partOf(k) + tables.at(x, y)) * step; });
       use(Kernel(count, thresholds.data(), noisePixels * samples));
     });
+    return zimResultOk;
   }
-  return zimResultOk;
 }
 
 // ---- Error diffusion ----

@@ -326,6 +326,21 @@ TEST(ReduceBits, EveryIntegerWithoutDither) {
   }
 }
 
+// Words of levels that are whole numbers apart take another: every one at every place of the pattern.
+TEST(ReduceBits, EveryWordOfWholeLevels) {
+  const Export& e = exportOf("zimiReduceBits_16u8u_C1R");
+  Image words(e.source, {1024, 1024});
+  const Samples<Zim16u> samples{words};
+  for (int y = 0; y < 1024; ++y) {
+    for (int x = 0; x < 1024; ++x) samples(x, y, 0) = static_cast<Zim16u>(y / 4 * 256 + x / 4);
+  }
+  for (const Zim32s levels : {2, 4, 6, 16, 18, 52, 86, 256}) {
+    for (const ZimDitherKind dither : {zimDitherKindNone, zimDitherKindBayer}) {
+      expectAsModelled(e, words, {0, dither, levels});
+    }
+  }
+}
+
 TEST(ReduceBits, KnownValues) {
   const auto reduced = [](std::vector<Zim8u> samples, ZimDitherKind dither, Zim32s levels, Zim32s noise = 0) {
     const auto width = static_cast<Zim32s>(samples.size());
