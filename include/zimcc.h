@@ -1309,8 +1309,8 @@ ZimResult zimiYCbCr420To411_8u_P3R(const Zim8u* const pSrc[3], const Zim32s srcS
  *
  * - zimiYCbCr420ToYCbCr422_Filter_8u_P2C2R: Y1 and C1, but Y0 in row 1 of a top slice and in the last two rows of a
  *   bottom slice, and C0 in the last two rows of a bottom slice and in a whole image but its first and last two rows;
- *   the last two rows have the chroma of the last pair of rows. A whole image of two rows has its one
- *   row of chroma in both.
+ *   the last two rows have the chroma of the last pair of rows. A whole image of two rows has its one row of
+ *   chroma in both.
  * - zimiYCbCr420ToYCrCb420_Filter_8u_P2P3R: Y1 and C1 in a whole image, Y0 and C0 in slices; the last row has the
  *   chroma of the one above it. A whole image of two rows keeps its chroma. The first byte of each pair goes to
  * plane 1. In center, bottom and whole, plane 1 advances by the step of plane 2 and plane 2 by that of plane 1. Null
