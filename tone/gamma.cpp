@@ -50,7 +50,7 @@ struct Inverse {
 
   static double fromPower(double power) { return power; }
 
-  // The slope is all but 2 / 9, and no ninth of two floats comes near the middle between two floats: the quotient is
+  // The slope is all but 2 / 9, and no ninth of twice a float comes near the middle between two floats: the quotient is
   // the product in double, rounded.
   template <int N>
   ZIM_INLINE static Lane<Zim32f, N> lineOfUnit(Lane<Zim32f, N> x) {
