@@ -14,7 +14,7 @@
 
 #include "frame/arguments.h"
 #include "frame/entry.h"
-#include "frame/lanes/convert.h"
+#include "frame/lanes/wide_pixels.h"
 #include "frame/layouts.h"
 #include "frame/rows.h"
 
@@ -73,6 +73,15 @@ inline constexpr bool usesPacked = std::is_same_v<Source, Interleaved<Zim8u, Sou
   kernel.packed(pixels);
 };
 
+// Interleaved bytes on both sides of a kernel of 32 bits pass a register of pixels at a time.
+template <class Layout>
+inline constexpr bool isWidePixels = false;
+template <class T, std::size_t Stride>
+inline constexpr bool isWidePixels<Interleaved<T, 3, Stride>> = sizeof(T) == 1 && kWidens<Stride>;
+template <class Kernel, class Source, class Destination>
+inline constexpr bool passesWide =
+    sizeof(typename Kernel::Sample) == 4 && isWidePixels<Source>&& isWidePixels<Destination>;
+
 // A block from memory towards the lanes of the kernel, and the rest of its way.
 template <class Kernel, class Source, class Destination, int N>
 struct Passage {
@@ -80,8 +89,7 @@ struct Passage {
       kWeaves && N > 1 && std::is_same_v<typename Source::Sample, Zim8u>&& std::is_same_v<Destination, C3<Zim8u>> &&
       sizeof(typename Kernel::Sample) > 1;
   static constexpr bool storesHalves = N > 1 && !kAcrossParts<1, 4> && std::is_same_v<typename Source::Sample, Zim8u> &&
-                                       std::is_same_v<Destination, AC4<Zim8u>> && sizeof(typename Kernel::Sample) > 1 &&
-                                       kLanesPerCall<Kernel> <= kLanes<Zim16s>;
+                                       std::is_same_v<Destination, AC4<Zim8u>> && sizeof(typename Kernel::Sample) == 2;
 
   ZIM_INLINE static auto load(Position<const std::byte, Source::planes> from) {
     if constexpr (isWoven && std::is_same_v<Source, C3<Zim8u>>) {
@@ -117,6 +125,16 @@ ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from,
       return kernel.packed(loadPacked<stride, i == 3>(from.plane[0] + part * stride * i));
     });
     storePacked(to.plane[0], parts, [&](const auto& sums) ZIM_LAMBDA { return kernel.finished(sums); });
+  } else if constexpr (N > 1 && passesWide<Kernel, Source, Destination>) {
+    using Sample = typename Kernel::Sample;
+    constexpr int lanes = kLanesPerCall<Kernel>;
+    forChannels<N / lanes>([&](auto i) ZIM_LAMBDA {
+      const auto in =
+          loadWide<typename Source::Sample, Source::pixelBytes, lanes>(from.plane[0] + i * lanes * Source::pixelBytes);
+      const auto out = kernel(perChannel<3>([&](auto c) ZIM_LAMBDA { return convert<Sample>(in[c]); }));
+      storeWide<typename Destination::Sample, Destination::pixelBytes, lanes>(
+          to.plane[0] + i * lanes * Destination::pixelBytes, out);
+    });
   } else {
     using Way = Passage<Kernel, Source, Destination, N>;
     Way::store(to, kernel, Way::load(from));
@@ -128,7 +146,7 @@ ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from,
 template <class Kernel, class Source, class Destination>
 inline constexpr bool loadsAhead = Source::planes == 1 && Source::channels > 1 &&
                                    sizeof(typename Source::Sample) == 1 && sizeof(typename Kernel::Sample) > 1 &&
-                                   !usesPacked<Kernel, Source, Destination>;
+                                   !usesPacked<Kernel, Source, Destination> && !passesWide<Kernel, Source, Destination>;
 
 template <class Kernel>
 concept MovesAlong = requires(Kernel& kernel) {

@@ -41,13 +41,18 @@ ZIM_INLINE Lane<Zim32s, N> roundHalfEvenSigned(Lane<Zim32f, N> a) {
 // Whether the processor rounds to the nearest even, as it does unless a program asks otherwise.
 inline bool roundsToNearest() { return (_mm_getcsr() & _MM_ROUND_MASK) == _MM_ROUND_NEAREST; }
 
-// roundHalfEvenSigned, and for results of which the store makes 0 also roundHalfEvenPositive, by the processor's own
-// conversion: only where roundsToNearest(), and below 2^23, beyond which both only leave the range of every sample.
-// They differ in one magnitude, the first above a half, whose sum with 0.5 rounds to 1 and so counts as a tie.
+// roundHalfEvenSigned by the processor's own conversion: only where roundsToNearest(), and below 2^23, beyond which
+// both only leave the range of every sample. They differ in one magnitude, the first above a half, whose sum with 0.5
+// rounds to 1 and so counts as a tie.
+inline constexpr Zim32s kFirstAboveHalf = 0x3F000001;
 template <int N>
-ZIM_INLINE Lane<Zim32s, N> roundHalfEvenByProcessor(Lane<Zim32f, N> a) {
-  const auto aboveHalf = (bitsAs<Zim32s>(a) & 0x7FFFFFFF) == Lane<Zim32s, N>(0x3F000001);
-  return roundByProcessor(a) & ~aboveHalf;
+ZIM_INLINE Lane<Zim32s, N> roundHalfEvenSignedByProcessor(Lane<Zim32f, N> a) {
+  return cleared(roundByProcessor(a), (bitsAs<Zim32s>(a) & 0x7FFFFFFF) == Lane<Zim32s, N>(kFirstAboveHalf));
+}
+// roundHalfEvenPositive likewise.
+template <int N>
+ZIM_INLINE Lane<Zim32s, N> roundHalfEvenPositiveByProcessor(Lane<Zim32f, N> a) {
+  return cleared(roundByProcessor(a), bitsAs<Zim32s>(a) == Lane<Zim32s, N>(kFirstAboveHalf));
 }
 
 }  // namespace ZIM_TARGET_NAMESPACE

@@ -55,13 +55,20 @@ struct TwistSaturated : Twist {
 
 // The same where no sum can leave 32 bits: then the saturation of the store does as well, since rounding is monotone
 // and keeps integers.
+template <class T>
 struct TwistBounded : Twist {
   using Twist::Twist;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& pixels) const {
     const auto sums = Twist::operator()(pixels);
-    return perChannel<3>([&](auto k) ZIM_LAMBDA { return roundHalfEvenByProcessor(sums[k]); });
+    return perChannel<3>([&](auto k) ZIM_LAMBDA {
+      if constexpr (std::is_unsigned_v<T>) {
+        return roundHalfEvenPositiveByProcessor(sums[k]);
+      } else {
+        return roundHalfEvenSignedByProcessor(sums[k]);
+      }
+    });
   }
 };
 
@@ -74,7 +81,7 @@ struct TwistInteger {
   template <class Use>
   ZIM_INLINE void choose(const Use& use) const {
     if (roundsToNearest() && std::all_of(twist, twist + 3, isBounded)) {
-      use(TwistBounded(twist));
+      use(TwistBounded<T>(twist));
     } else {
       use(TwistSaturated<T>(twist));
     }

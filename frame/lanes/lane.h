@@ -272,6 +272,16 @@ ZIM_INLINE Lane<T, N> select(Lane<SignedOf<T>, N> mask, Lane<T, N> a, Lane<T, N>
   }
 }
 
+// a, but zero where the mask is set.
+template <std::signed_integral T, int N>
+ZIM_INLINE Lane<T, N> cleared(Lane<T, N> a, Lane<T, N> mask) {
+#if defined(__AVX512BW__)
+  return select(mask, Lane<T, N>(0), a);
+#else
+  return a & ~mask;
+#endif
+}
+
 // Whether the mask is set in any lane.
 template <std::signed_integral T, int N>
 ZIM_INLINE bool any(Lane<T, N> mask) {

@@ -729,23 +729,26 @@ ZIM_INLINE void store(std::byte* p, const Pixels<T, N, Channels>& pixels,
 // take longer than two stores. Both come from general registers; pixels that are put together in memory first and
 // copied from there need as many loads besides.
 
-// Pixels from pairs xy beside pairs that begin with z, 32 bytes in each part.
+// Pixels from pairs xy and pairs that begin with z, 64 bits of each.
+template <int ElementBytes>
+ZIM_INLINE void storePixelsOfThree(std::byte* to, std::uint64_t pairs, std::uint64_t thirds) {
+  forChannels<4 / ElementBytes>([&](auto i) ZIM_LAMBDA {
+    const std::uint64_t pair = pairs >> (16 * ElementBytes * i), third = thirds >> (16 * ElementBytes * i);
+    std::memcpy(to + 4 * ElementBytes * i, &pair, 2 * ElementBytes);
+    std::memcpy(to + 4 * ElementBytes * i + 2 * ElementBytes, &third, ElementBytes);
+  });
+}
+ZIM_INLINE std::uint64_t lowBits64(__m128i a) { return static_cast<std::uint64_t>(_mm_cvtsi128_si64(a)); }
+ZIM_INLINE std::uint64_t highBits64(__m128i a) { return lowBits64(_mm_unpackhi_epi64(a, a)); }
+
+// The same from registers of pairs, 32 bytes in each part.
 template <int ElementBytes>
 ZIM_INLINE void storePixelsOfThree(std::byte* p, std::ptrdiff_t partStride, Register xy, Register z) {
-  constexpr std::size_t pixels = 4 / ElementBytes;  // in 64 bits of pairs
-  const auto storeWide = [](std::byte* to, std::uint64_t pairs, std::uint64_t thirds) ZIM_LAMBDA {
-    forChannels<pixels>([&](auto i) ZIM_LAMBDA {
-      const std::uint64_t pair = pairs >> (16 * ElementBytes * i), third = thirds >> (16 * ElementBytes * i);
-      std::memcpy(to + 4 * ElementBytes * i, &pair, 2 * ElementBytes);
-      std::memcpy(to + 4 * ElementBytes * i + 2 * ElementBytes, &third, ElementBytes);
-    });
-  };
-  const auto low = [](__m128i a) ZIM_LAMBDA { return static_cast<std::uint64_t>(_mm_cvtsi128_si64(a)); };
   forChannels<kParts>([&](auto h) ZIM_LAMBDA {
     const __m128i pairs = partOf<h>(xy), thirds = partOf<h>(z);
     std::byte* const to = p + std::ptrdiff_t{h} * partStride;
-    storeWide(to, low(pairs), low(thirds));
-    storeWide(to + 16, low(_mm_unpackhi_epi64(pairs, pairs)), low(_mm_unpackhi_epi64(thirds, thirds)));
+    storePixelsOfThree<ElementBytes>(to, lowBits64(pairs), lowBits64(thirds));
+    storePixelsOfThree<ElementBytes>(to + 16, highBits64(pairs), highBits64(thirds));
   });
 }
 
