@@ -102,9 +102,12 @@ ZIM_INLINE void storeWide(std::byte* p, const WidePixels<N>& pixels) {
     if constexpr (Stride == 4) {
       storeMasked<1>(p, kOfPixels<3, 4>, ZIM_MM(shuffle_epi8)(bytes, inEveryPart(inFours)));
     } else {
+      // Not one store with a mask: the next load of a conversion in place would wait for the bytes left out.
       const auto inMemory = _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 3, 3, 3);
       const Register threes = ZIM_MM(shuffle_epi8)(bytes, inEveryPart(inThrees));
-      storeMasked<4>(p, 0x0FFF, _mm512_permutexvar_epi32(inMemory, threes));
+      const Register ordered = _mm512_permutexvar_epi32(inMemory, threes);
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_castsi512_si256(ordered));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 32), partOf<2>(ordered));
     }
 #else
     if constexpr (Stride == 4) {
