@@ -99,10 +99,8 @@ if(WIN32)
   list(APPEND ZIMCC_SOURCES frame/pow_windows.S)
 endif()
 
-# Of these the v4 build has the code for v3, which is a quarter quicker there: they move bytes within 128-bit parts, or
-# take as many rows at once as a register has lanes.
-set(ZIMCC_SOURCES_AS_V3 ${ZIMCC_SOURCES})
-list(FILTER ZIMCC_SOURCES_AS_V3 INCLUDE REGEX "^(reduce|reformat)/")
+# Of these the v4 build has the code for v3: as many rows at once as a register of v4 has lanes take longer.
+set(ZIMCC_SOURCES_AS_V3 reduce/error_diffusion.cpp reduce/one_bit.cpp)
 
 # Options and headers of the library's sources, compiled for a processor target.
 function(zimcc_compile_for target level)

@@ -195,10 +195,11 @@ ZimResult diffuse(const Diffusion& d, const Errors& errors) {
 
 }  // namespace
 
+}  // namespace ZIM_TARGET_NAMESPACE
+
 ZimResult diffuse(const Diffusion& d) {
   if (d.kind == zimDitherKindFloydSteinberg) return diffuse(d, FloydSteinberg());
   return diffuse(d, TwoRowsDown(d.kind));
 }
 
-}  // namespace ZIM_TARGET_NAMESPACE
 }  // namespace zim

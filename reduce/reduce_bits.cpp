@@ -4,8 +4,7 @@
 #include <algorithm>
 
 #include "frame/pixelwise.h"
-#include "reduce/error_diffusion.h"
-#include "reduce/levels.h"
+#include "reduce/channels.h"
 #include "reduce/noise.h"
 
 using namespace zim;
