@@ -1029,7 +1029,24 @@ ZIM_INLINE auto loadSpread(const std::byte* p) {
   return Result::of((typename Result::Value)lanes);
 }
 
-// ---- Packed pixels, for weighted sums of 8-bit samples ----
+// ---- Packed pixels: four bytes or three in the place of a word ----
+
+// A register of pixels, four neighbours in each part: at its beginning or, where three samples a pixel leave four bytes
+// over, in the second of two parts at its end. Reads their bytes and no others.
+template <std::size_t Stride>
+ZIM_INLINE Register loadPixels(const std::byte* p) {
+  if constexpr (Stride == 4) {
+    return loadRegister(p);
+  } else {
+#if defined(__AVX512BW__)
+    const auto inParts = _mm512_setr_epi32(0, 1, 2, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 10, 11, 11);
+    return _mm512_permutexvar_epi32(inParts, _mm512_maskz_loadu_epi32(0x0FFF, p));
+#else
+    static_assert(Stride == 3 && kParts == 2);
+    return loadParts(p, 8);
+#endif
+  }
+}
 
 // As many pixels as 32-bit lanes, in the order of memory: samples 0 and 2, and samples 1 and 3, as 16-bit pairs. Where
 // a pixel has three samples the last one has no meaning.
@@ -1045,18 +1062,15 @@ ZIM_INLINE PackedPixels loadPacked(const std::byte* p) {
     return {pixels & ZIM_MM(set1_epi32)(0x00FF00FF), ZIM_MM(srli_epi16)(pixels, 8)};
   };
   if constexpr (Stride == 4) {
-    return split(loadParts(p, 16));
+    return split(loadPixels<4>(p));
   } else {
 #if defined(__AVX512BW__)
-    const Register r = _mm512_maskz_loadu_epi32(0x0FFF, p);
-    const Register parts =
-        _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 1, 2, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 10, 11, 11), r);
+    const Register r = loadPixels<3>(p);
     static constexpr ByteTable even = {0, -1, 2, -1, 3, -1, 5, -1, 6, -1, 8, -1, 9, -1, 11, -1};
     static constexpr ByteTable odd = {1, -1, -1, -1, 4, -1, -1, -1, 7, -1, -1, -1, 10, -1, -1, -1};
-    return {_mm512_shuffle_epi8(parts, inEveryPart(even)), _mm512_shuffle_epi8(parts, inEveryPart(odd))};
+    return {_mm512_shuffle_epi8(r, inEveryPart(even)), _mm512_shuffle_epi8(r, inEveryPart(odd))};
 #elif defined(__AVX2__)
-    // Four pixels are the first 12 bytes of the lower part, and the last 12 of the upper: nothing beyond them is read.
-    const Register r = loadParts(p, 8);
+    const Register r = loadPixels<3>(p);
     const auto even = _mm256_setr_epi8(0, -1, 2, -1, 3, -1, 5, -1, 6, -1, 8, -1, 9, -1, 11, -1,  //
                                        4, -1, 6, -1, 7, -1, 9, -1, 10, -1, 12, -1, 13, -1, 15, -1);
     const auto odd = _mm256_setr_epi8(1, -1, -1, -1, 4, -1, -1, -1, 7, -1, -1, -1, 10, -1, -1, -1,  //

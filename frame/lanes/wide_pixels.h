@@ -16,23 +16,7 @@ inline constexpr bool kWidens = Stride == 4 || (Stride == 3 && kParts > 1);
 template <int N>
 using WidePixels = Pixels<Zim32s, N, 3>;
 
-// A register of pixels, four neighbours in each part: at its beginning or, where three samples a pixel leave four bytes
-// over, in the second of two parts at its end. Reads their bytes and no others.
-template <std::size_t Stride>
-ZIM_INLINE Register loadPixels(const std::byte* p) {
-  if constexpr (Stride == 4) {
-    return loadRegister(p);
-  } else {
-#if defined(__AVX512BW__)
-    const auto inParts = _mm512_setr_epi32(0, 1, 2, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 10, 11, 11);
-    return _mm512_permutexvar_epi32(inParts, _mm512_maskz_loadu_epi32(0x0FFF, p));
-#else
-    return loadParts(p, 8);
-#endif
-  }
-}
-
-// Channel c of them, widened.
+// Channel c of pixels as loadPixels has them, widened.
 template <class T, std::size_t Stride, int c>
 ZIM_INLINE Lane<Zim32s, kLanes<Zim32s>> widenedChannel(Register pixels) {
   using Result = Lane<Zim32s, kLanes<Zim32s>>;
