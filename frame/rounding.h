@@ -41,10 +41,12 @@ ZIM_INLINE Lane<Zim32s, N> roundHalfEvenSigned(Lane<Zim32f, N> a) {
 // Whether the processor rounds to the nearest even, as it does unless a program asks otherwise.
 inline bool roundsToNearest() { return (_mm_getcsr() & _MM_ROUND_MASK) == _MM_ROUND_NEAREST; }
 
+// The float that follows a half.
+inline constexpr Zim32s kFirstAboveHalf = 0x3F000001;
+
 // roundHalfEvenSigned by the processor's own conversion: only where roundsToNearest(), and below 2^23, beyond which
 // both only leave the range of every sample. They differ in one magnitude, the first above a half, whose sum with 0.5
 // rounds to 1 and so counts as a tie.
-inline constexpr Zim32s kFirstAboveHalf = 0x3F000001;
 template <int N>
 ZIM_INLINE Lane<Zim32s, N> roundHalfEvenSignedByProcessor(Lane<Zim32f, N> a) {
   return cleared(roundByProcessor(a), (bitsAs<Zim32s>(a) & 0x7FFFFFFF) == Lane<Zim32s, N>(kFirstAboveHalf));

@@ -44,9 +44,7 @@ ZIM_INLINE void storeApart(std::byte* p, Lane<Zim32s, kLanes<Zim32s>> samples) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm512_cvtepi32_epi8(lanes));
   } else if constexpr (Stride == 3) {
     static constexpr ByteTable inThrees = {0, -1, -1, 4, -1, -1, 8, -1, -1, 12, -1, -1, -1, -1, -1, -1};
-    const auto inMemory = _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 3, 3, 3);
-    const Register threes = _mm512_shuffle_epi8(lanes, inEveryPart(inThrees));
-    storeMasked<1>(p, 0x249249249249, _mm512_permutexvar_epi32(inMemory, threes));
+    storeMasked<1>(p, 0x249249249249, joinedThrees(_mm512_shuffle_epi8(lanes, inEveryPart(inThrees))));
   } else {
     storeMasked<1>(p, 0x1111111111111111, lanes);
   }

@@ -57,6 +57,17 @@ ZIM_INLINE Lane<Zim32s, kLanes<Zim32s>> widenedChannel(Register pixels) {
 #endif
 }
 
+#if defined(__AVX2__)
+// The first 12 bytes of every part, one after another; what comes behind them has no meaning.
+ZIM_INLINE Register joinedThrees(Register parts) {
+#if defined(__AVX512BW__)
+  return _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 3, 3, 3), parts);
+#else
+  return _mm256_permutevar8x32_epi32(parts, _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 3));
+#endif
+}
+#endif
+
 template <class T, std::size_t Stride, int N>
 ZIM_INLINE WidePixels<N> loadWide(const std::byte* p) {
   if constexpr (kForm<Zim32s, N> == Form::split) {
@@ -87,9 +98,7 @@ ZIM_INLINE void storeWide(std::byte* p, const WidePixels<N>& pixels) {
       storeMasked<1>(p, kOfPixels<3, 4>, ZIM_MM(shuffle_epi8)(bytes, inEveryPart(inFours)));
     } else {
       // Not one store with a mask: the next load of a conversion in place would wait for the bytes left out.
-      const auto inMemory = _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 3, 3, 3);
-      const Register threes = ZIM_MM(shuffle_epi8)(bytes, inEveryPart(inThrees));
-      const Register ordered = _mm512_permutexvar_epi32(inMemory, threes);
+      const Register ordered = joinedThrees(ZIM_MM(shuffle_epi8)(bytes, inEveryPart(inThrees)));
       _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_castsi512_si256(ordered));
       _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 32), partOf<2>(ordered));
     }
@@ -102,9 +111,7 @@ ZIM_INLINE void storeWide(std::byte* p, const WidePixels<N>& pixels) {
       });
     } else {
 #if defined(__AVX2__)
-      const Register threes = ZIM_MM(shuffle_epi8)(bytes, inEveryPart(inThrees));
-      const auto inMemory = _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 3);
-      const Register ordered = _mm256_permutevar8x32_epi32(threes, inMemory);
+      const Register ordered = joinedThrees(ZIM_MM(shuffle_epi8)(bytes, inEveryPart(inThrees)));
       _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(ordered));
       _mm_storel_epi64(reinterpret_cast<__m128i*>(p + 16), _mm256_extracti128_si256(ordered, 1));
 #endif
