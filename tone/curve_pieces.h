@@ -3,6 +3,8 @@
 // it tells the float nearest to the curve, or nearest integer, at a fraction of the cost of a power.
 #pragma once
 
+#include <stdexcept>
+
 #include "tone/power_curve.h"
 
 namespace zim {
@@ -23,8 +25,6 @@ enum class Leading {
 template <int LowestBinade, int Binades, int IntervalBits, Leading leading>
 struct CurvePieces {
   static constexpr int intervals = 1 << IntervalBits, startBits = 23 - IntervalBits;
-  // Wide registers have more samples that can be in doubt: for them the sum is made finer, in more steps.
-  static constexpr bool slopeInTwo = kParts > 1 && leading == Leading::nearestFloat;
   static constexpr float first = std::bit_cast<float>((127 + LowestBinade) << 23),
                          beyond = std::bit_cast<float>((127 + LowestBinade + Binades) << 23);
   static constexpr float integerBase = leading == Leading::nearestInteger ? 0x1p23F : 0.0F;
@@ -36,10 +36,10 @@ struct CurvePieces {
 
   // The last one, from beyond on, gives NaN.
   std::array<Piece, intervals * Binades + 1> pieces{};
-  // The error of all terms but the first is at most this share of slope times middle.
-  float relativeBound;
+  // The error of the sum of all terms but the first is at most this share of those in u.
+  float relativeBound = 0.0F;
 
-  constexpr CurvePieces(const TransferCurve& curve, double unit) : relativeBound(bound(curve.power.exponent)) {
+  constexpr CurvePieces(const TransferCurve& curve, double unit) {
     const ExactPower power(curve.power.exponent);
     const auto b = [&](int k) { return power.binomial(k); };
     for (std::size_t k = 0; k + 1 < pieces.size(); ++k) {
@@ -47,30 +47,36 @@ struct CurvePieces {
       for (std::size_t e = intervals; e <= k; e += intervals) h *= 2;
       const long double c = h * (2 * (intervals + k % intervals) + 1), base = c / unit + curve.power.shift;
       const long double p = unit * curve.gain * power(base * curve.power.scale), perBase = 1.0L / (base * unit);
-      // The term in u^3 is replaced by the lower power nearest to it.
-      const long double value = p - unit * curve.offset,
-                        slope = p * perBase * (b(1) + b(3) * h * h * perBase * perBase * 3 / 4),
-                        bend = p * perBase * perBase * b(2);
+      // The term in u^3 is replaced by the multiple of u nearest to it as a share of u.
+      const long double value = p - unit * curve.offset, cubic = b(3) * h * h * perBase * perBase / 2,
+                        slope = p * perBase * (b(1) + cubic), bend = p * perBase * perBase * b(2);
       if constexpr (leading == Leading::nearestInteger) {
         const auto integer = static_cast<int>(value + 0.5L);
         pieces[k] = {integerBase + static_cast<float>(integer), static_cast<float>(value - integer),
                      static_cast<float>(slope), static_cast<float>(bend)};
       } else {
         const auto nearest = static_cast<float>(value);
-        pieces[k] = {nearest, static_cast<float>(value - nearest), static_cast<float>(slope), static_cast<float>(bend)};
+        const auto rest = static_cast<float>(value - nearest);
+        pieces[k] = {nearest, rest, static_cast<float>(slope), static_cast<float>(bend)};
+        cover(pieces[k], h / (1 << (startBits - 1)), cubic / b(1), p);
       }
     }
     pieces.back().value = std::numeric_limits<float>::quiet_NaN();
   }
 
  private:
-  // About the middle, slope u is at most q of slope times middle; of the term in u^3, at most b(3) / exponent q^3, a
-  // quarter is left. With slope in two its own rounding is all that counts besides, and otherwise five roundings, with
-  // what they make of one another, are of about that size.
-  static constexpr float bound(double exponent) {
-    const double q = 1.0 / (2 * intervals + 1), third = (exponent - 1) * (exponent - 2) / 6;
-    const double roundings = slopeInTwo ? 1.01 * 0x1p-24 * q + 0x1p-40 : 5.5 * 0x1p-24 * q;
-    return static_cast<float>(roundings + (third < 0 ? -third : third) * q * q * q * 0.26);
+  // Raises the bound to what this piece needs, where one unit of last place of x is the least u but 0. Of the terms in
+  // u, three roundings are a share, and so is the term in u^3. Of the sum with rest there are two, and rest has one of
+  // its own. What pow and the steps after it may differ by is below 2^-50 of power times gain.
+  constexpr void cover(const Piece& piece, long double leastU, long double cubicShare, long double power) {
+    constexpr long double rounding = 0x1p-24L;
+    const auto magnitude = [](long double v) { return v < 0 ? -v : v; };
+    const long double apart = 3 * rounding * magnitude(piece.rest) + 0x1p-50L * power;
+    // At u = 0 the sum is rest itself, and value the result: no bound, but no doubt either.
+    const long double halfUnit = (piece.value - std::bit_cast<float>(std::bit_cast<Zim32s>(piece.value) - 1)) / 2.0L;
+    if (magnitude(piece.rest) + apart >= halfUnit) throw std::logic_error("a middle in doubt");
+    const long double share = 1.01L * (5 * rounding + magnitude(cubicShare) + apart / (piece.slope * leastU));
+    if (share > relativeBound) relativeBound = static_cast<float>(share);
   }
 };
 
@@ -92,7 +98,7 @@ ZIM_INLINE Pixels<Zim32f, N, 4> loadColumns(const std::array<const float*, N>& r
           of(unpackHigh<8>(upper01, upper23))};
 }
 
-// A curve at x: the value of its interval, or near to x, and all else, which is uncertain by the bound.
+// A curve at x: the value of its interval, and all else, which is uncertain by the bound, of either sign.
 template <int N>
 struct CurveSum {
   Lane<Zim32f, N> value, rest, bound;
@@ -105,28 +111,21 @@ ZIM_INLINE CurveSum<N> sumOfPieces(const CurvePieces<LowestBinade, Binades, Inte
   using Curve = CurvePieces<LowestBinade, Binades, IntervalBits, leading>;
   using Bits = Lane<Zim32s, N>;
   static_assert(sizeof(typename Curve::Piece) == 16);
-  const auto start = bitsAs<Zim32s>(x) & Bits(-1 << Curve::startBits);
-  const auto middle = bitsAs<Zim32f>(start | Bits(1 << (Curve::startBits - 1)));
+  const auto middle = (bitsAs<Zim32s>(x) & Bits(-1 << Curve::startBits)) | Bits(1 << (Curve::startBits - 1));
   alignas(16) std::array<Zim32s, N> offsets;
-  const auto bits = (Register)(start >> (Curve::startBits - 4)).v;
+  const auto bits = (Register)(middle >> (Curve::startBits - 4)).v;
   forChannels<kParts>(
       [&](auto h) ZIM_LAMBDA { _mm_store_si128(reinterpret_cast<__m128i*>(&offsets[4 * h]), partOf<h>(bits)); });
   // All offsets are on their way through memory before the first piece is used.
   asm("" : "+m"(offsets));
-  constexpr std::ptrdiff_t firstOffset = std::ptrdiff_t{127 + LowestBinade} << (IntervalBits + 4);
+  // The middle's own bit is half a piece.
+  constexpr std::ptrdiff_t firstOffset = (std::ptrdiff_t{127 + LowestBinade} << (IntervalBits + 4)) + 8;
   const auto* const pieces = reinterpret_cast<const std::byte*>(curve.pieces.data());
   const auto& [value, rest, slope, bend] = loadColumns<N>(perChannel<N>([&](auto i) ZIM_LAMBDA {
     return reinterpret_cast<const float*>(pieces + (std::ptrdiff_t{offsets[i]} - firstOffset));
   }));
-  const auto u = x - middle, bound = slope * middle * curve.relativeBound;
-  if constexpr (Curve::slopeInTwo) {
-    // As many bits of slope as leave the product with u exact.
-    const auto upper = bitsAs<Zim32f>(bitsAs<Zim32s>(slope) & Bits(-1 << (Curve::startBits - 1)));
-    const auto step = upper * u, sum = value + step;
-    return {sum, ((bend * u + (slope - upper)) * u + rest) + (step - (sum - value)), bound};
-  } else {
-    return {value, (bend * u + slope) * u + rest, bound};
-  }
+  const auto u = x - bitsAs<Zim32f>(middle), change = (bend * u + slope) * u;
+  return {value, change + rest, change * curve.relativeBound};
 }
 
 }  // namespace ZIM_TARGET_NAMESPACE

@@ -19,7 +19,7 @@ constexpr TransferCurve kForward = {kForwardPower.function, 1.099, 0.099};
 constexpr TransferCurve kInverse = {kInversePower.function, 1.0, 0.0};
 
 constexpr CurvePieces<-6, 7, 9, Leading::nearestFloat> kForwardOfUnit(kForward, 1.0);
-constexpr CurvePieces<-4, 5, kParts == 1 ? 10 : 9, Leading::nearestFloat> kInverseOfUnit(kInverse, 1.0);
+constexpr CurvePieces<-4, 5, 10, Leading::nearestFloat> kInverseOfUnit(kInverse, 1.0);
 constexpr CurvePieces<10, 6, 9, Leading::nearestInteger> kForwardOfWords(kForward, 65535.0);
 constexpr CurvePieces<12, 4, 9, Leading::nearestInteger> kInverseOfWords(kInverse, 65535.0);
 
@@ -217,7 +217,7 @@ struct Gamma : Range {
 template <class Own, class Curve, class Range>
 struct ByPieces {
   using Sample = typename Range::Sample;
-  static constexpr int registers = kParts == 2 ? 2 : 1;  // as measured
+  static constexpr int registers = 2;  // as measured
 
   explicit ByPieces(const Range& range) : exact(range) {}
 
