@@ -104,27 +104,40 @@ struct CurveSum {
   Lane<Zim32f, N> value, rest, bound;
 };
 
-// From beyond on the value is NaN. x is at least first.
+// The middles of the intervals, as bits.
+template <class Curve, int N>
+ZIM_INLINE Lane<Zim32s, N> middles(const Curve&, Lane<Zim32f, N> x) {
+  using Bits = Lane<Zim32s, N>;
+  return (bitsAs<Zim32s>(x) & Bits(-1 << Curve::startBits)) | Bits(1 << (Curve::startBits - 1));
+}
+
+// The offsets of the pieces for x, at least first, but for a constant. Those of several registers are best stored
+// before the first of them is summed: a sum waits for its offsets to come back from memory.
+template <class Curve, int N>
+ZIM_INLINE void storeOffsets(const Curve& curve, Zim32s* offsets, Lane<Zim32f, N> x) {
+  if constexpr (Lane<Zim32f, N>::form == Form::split) {
+    storeOffsets(curve, offsets, x.v.lo);
+    storeOffsets(curve, offsets + N / 2, x.v.hi);
+  } else {
+    const auto bits = (Register)(middles(curve, x) >> (Curve::startBits - 4)).v;
+    forChannels<kParts>(
+        [&](auto h) ZIM_LAMBDA { _mm_store_si128(reinterpret_cast<__m128i*>(offsets + 4 * h), partOf<h>(bits)); });
+  }
+}
+
+// The curve at x, a register, with its offsets. From beyond on the value is NaN.
 template <int LowestBinade, int Binades, int IntervalBits, Leading leading, int N>
 ZIM_INLINE CurveSum<N> sumOfPieces(const CurvePieces<LowestBinade, Binades, IntervalBits, leading>& curve,
-                                   Lane<Zim32f, N> x) {
+                                   const Zim32s* offsets, Lane<Zim32f, N> x) {
   using Curve = CurvePieces<LowestBinade, Binades, IntervalBits, leading>;
-  using Bits = Lane<Zim32s, N>;
   static_assert(sizeof(typename Curve::Piece) == 16);
-  const auto middle = (bitsAs<Zim32s>(x) & Bits(-1 << Curve::startBits)) | Bits(1 << (Curve::startBits - 1));
-  alignas(16) std::array<Zim32s, N> offsets;
-  const auto bits = (Register)(middle >> (Curve::startBits - 4)).v;
-  forChannels<kParts>(
-      [&](auto h) ZIM_LAMBDA { _mm_store_si128(reinterpret_cast<__m128i*>(&offsets[4 * h]), partOf<h>(bits)); });
-  // All offsets are on their way through memory before the first piece is used.
-  asm("" : "+m"(offsets));
   // The middle's own bit is half a piece.
   constexpr std::ptrdiff_t firstOffset = (std::ptrdiff_t{127 + LowestBinade} << (IntervalBits + 4)) + 8;
   const auto* const pieces = reinterpret_cast<const std::byte*>(curve.pieces.data());
   const auto& [value, rest, slope, bend] = loadColumns<N>(perChannel<N>([&](auto i) ZIM_LAMBDA {
     return reinterpret_cast<const float*>(pieces + (std::ptrdiff_t{offsets[i]} - firstOffset));
   }));
-  const auto u = x - bitsAs<Zim32f>(middle), change = (bend * u + slope) * u;
+  const auto u = x - bitsAs<Zim32f>(middles(curve, x)), change = (bend * u + slope) * u;
   return {value, change + rest, change * curve.relativeBound};
 }
 

@@ -217,7 +217,7 @@ struct Gamma : Range {
 template <class Own, class Curve, class Range>
 struct ByPieces {
   using Sample = typename Range::Sample;
-  static constexpr int registers = 2;  // as measured
+  static constexpr int registers = 4;
 
   explicit ByPieces(const Range& range) : exact(range) {}
 
@@ -234,10 +234,21 @@ struct ByPieces {
   ZIM_INLINE Lane<Sample, N> curve(Lane<Sample, N> x) const {
     if constexpr (N == 1) {
       return exact(Pixels<Sample, 1, 1>{x})[0];
-    } else if constexpr (Lane<Sample, N>::form == Form::split) {
-      return Lane<Sample, N>::join(curve(x.v.lo), curve(x.v.hi));
     } else {
-      return static_cast<const Own&>(*this).curveOfRegister(x);
+      alignas(16) std::array<Zim32s, N> offsets;
+      storeOffsets(Own::pieces, offsets.data(), Own::inside(x));
+      // All offsets are on their way through memory before the first piece is used.
+      asm("" : "+m"(offsets));
+      return ofRegisters(x, offsets.data());
+    }
+  }
+
+  template <int N>
+  ZIM_INLINE Lane<Sample, N> ofRegisters(Lane<Sample, N> x, const Zim32s* offsets) const {
+    if constexpr (Lane<Sample, N>::form == Form::split) {
+      return Lane<Sample, N>::join(ofRegisters(x.v.lo, offsets), ofRegisters(x.v.hi, offsets + N / 2));
+    } else {
+      return static_cast<const Own&>(*this).curveOfRegister(x, sumOfPieces(Own::pieces, offsets, Own::inside(x)));
     }
   }
 };
@@ -246,14 +257,18 @@ struct ByPieces {
 // above.
 template <class Curve>
 struct GammaOfUnit : ByPieces<GammaOfUnit<Curve>, Curve, Range32f> {
+  static constexpr const auto& pieces = Curve::ofUnit;
+
   GammaOfUnit() : GammaOfUnit::ByPieces(Range32f(0.0F, 1.0F)) {}
 
   template <int N>
-  ZIM_INLINE Lane<Zim32f, N> curveOfRegister(Lane<Zim32f, N> x) const {
-    constexpr const auto& pieces = Curve::ofUnit;
-    const auto [value, rest, bound] =
-        sumOfPieces(pieces, larger(Lane<Zim32f, N>(pieces.first), smaller(Lane<Zim32f, N>(pieces.beyond), x)));
-    const auto low = value + (rest - bound), high = value + (rest + bound);
+  ZIM_INLINE static Lane<Zim32f, N> inside(Lane<Zim32f, N> x) {
+    return larger(Lane<Zim32f, N>(pieces.first), smaller(Lane<Zim32f, N>(pieces.beyond), x));
+  }
+
+  template <int N>
+  ZIM_INLINE Lane<Zim32f, N> curveOfRegister(Lane<Zim32f, N> x, const CurveSum<N>& sum) const {
+    const auto low = sum.value + (sum.rest - sum.bound), high = sum.value + (sum.rest + sum.bound);
     return anyDiffer(low, high) ? exactly(x) : select(x >= this->exact.knee, low, Curve::lineOfUnit(x + 0.0F));
   }
 
@@ -267,16 +282,21 @@ struct GammaOfUnit : ByPieces<GammaOfUnit<Curve>, Curve, Range32f> {
 // Words: the sum of pieces is rounded as it is made, and each to the integer that it should be.
 template <class Curve>
 struct GammaOfWords : ByPieces<GammaOfWords<Curve>, Curve, Range16u> {
+  static constexpr const auto& pieces = Curve::ofWords;
+
   GammaOfWords() : GammaOfWords::ByPieces(Range16u()) {}
 
   template <int N>
-  ZIM_INLINE Lane<Zim32s, N> curveOfRegister(Lane<Zim32s, N> x) const {
-    constexpr const auto& pieces = Curve::ofWords;
-    const auto [value, rest, bound] = sumOfPieces(pieces, larger(Lane<Zim32f, N>(pieces.first), toFloat(x)));
-    const auto sum = value + rest;
-    const auto nearest = bitsAs<Zim32s>(sum) - std::bit_cast<Zim32s>(pieces.integerBase);
-    const auto fromNearest = rest - (sum - value);
-    const auto power = tieToEven(nearest, (sum - pieces.integerBase) + (fromNearest + 0.5F));
+  ZIM_INLINE static Lane<Zim32f, N> inside(Lane<Zim32s, N> x) {
+    return larger(Lane<Zim32f, N>(pieces.first), toFloat(x));
+  }
+
+  template <int N>
+  ZIM_INLINE Lane<Zim32s, N> curveOfRegister(Lane<Zim32s, N> x, const CurveSum<N>& sum) const {
+    const auto rounded = sum.value + sum.rest;
+    const auto nearest = bitsAs<Zim32s>(rounded) - std::bit_cast<Zim32s>(pieces.integerBase);
+    const auto fromNearest = sum.rest - (rounded - sum.value);
+    const auto power = tieToEven(nearest, (rounded - pieces.integerBase) + (fromNearest + 0.5F));
     return select(x >= this->exact.knee, power, this->exact.onLine(x, Curve::slope));
   }
 };
