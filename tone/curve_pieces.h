@@ -64,6 +64,13 @@ struct CurvePieces {
     pieces.back().value = std::numeric_limits<float>::quiet_NaN();
   }
 
+  // The middle of the interval, as bits.
+  template <int N>
+  ZIM_INLINE static Lane<Zim32s, N> middle(Lane<Zim32f, N> x) {
+    using Bits = Lane<Zim32s, N>;
+    return (bitsAs<Zim32s>(x) & Bits(-1 << startBits)) | Bits(1 << (startBits - 1));
+  }
+
  private:
   // Raises the bound to what this piece needs, where one unit of last place of x is the least u but 0. Of the terms in
   // u, three roundings are a share, and so is the term in u^3. Of the sum with rest there are two, and rest has one of
@@ -104,22 +111,15 @@ struct CurveSum {
   Lane<Zim32f, N> value, rest, bound;
 };
 
-// The middles of the intervals, as bits.
-template <class Curve, int N>
-ZIM_INLINE Lane<Zim32s, N> middles(const Curve&, Lane<Zim32f, N> x) {
-  using Bits = Lane<Zim32s, N>;
-  return (bitsAs<Zim32s>(x) & Bits(-1 << Curve::startBits)) | Bits(1 << (Curve::startBits - 1));
-}
-
 // The offsets of the pieces for x, at least first, but for a constant. Those of several registers are best stored
 // before the first of them is summed: a sum waits for its offsets to come back from memory.
 template <class Curve, int N>
-ZIM_INLINE void storeOffsets(const Curve& curve, Zim32s* offsets, Lane<Zim32f, N> x) {
+ZIM_INLINE void storeOffsets(Zim32s* offsets, Lane<Zim32f, N> x) {
   if constexpr (Lane<Zim32f, N>::form == Form::split) {
-    storeOffsets(curve, offsets, x.v.lo);
-    storeOffsets(curve, offsets + N / 2, x.v.hi);
+    storeOffsets<Curve>(offsets, x.v.lo);
+    storeOffsets<Curve>(offsets + N / 2, x.v.hi);
   } else {
-    const auto bits = (Register)(middles(curve, x) >> (Curve::startBits - 4)).v;
+    const auto bits = (Register)(Curve::middle(x) >> (Curve::startBits - 4)).v;
     forChannels<kParts>(
         [&](auto h) ZIM_LAMBDA { _mm_store_si128(reinterpret_cast<__m128i*>(offsets + 4 * h), partOf<h>(bits)); });
   }
@@ -131,13 +131,14 @@ ZIM_INLINE CurveSum<N> sumOfPieces(const CurvePieces<LowestBinade, Binades, Inte
                                    const Zim32s* offsets, Lane<Zim32f, N> x) {
   using Curve = CurvePieces<LowestBinade, Binades, IntervalBits, leading>;
   static_assert(sizeof(typename Curve::Piece) == 16);
-  // The middle's own bit is half a piece.
-  constexpr std::ptrdiff_t firstOffset = (std::ptrdiff_t{127 + LowestBinade} << (IntervalBits + 4)) + 8;
+  // The bit that makes the middle counts as half a piece.
+  constexpr std::ptrdiff_t firstOffset =
+      (std::ptrdiff_t{127 + LowestBinade} << (IntervalBits + 4)) + std::ptrdiff_t{sizeof(typename Curve::Piece) / 2};
   const auto* const pieces = reinterpret_cast<const std::byte*>(curve.pieces.data());
   const auto& [value, rest, slope, bend] = loadColumns<N>(perChannel<N>([&](auto i) ZIM_LAMBDA {
     return reinterpret_cast<const float*>(pieces + (std::ptrdiff_t{offsets[i]} - firstOffset));
   }));
-  const auto u = x - bitsAs<Zim32f>(middles(curve, x)), change = (bend * u + slope) * u;
+  const auto u = x - bitsAs<Zim32f>(Curve::middle(x)), change = (bend * u + slope) * u;
   return {value, change + rest, change * curve.relativeBound};
 }
 

@@ -217,7 +217,7 @@ struct Gamma : Range {
 template <class Own, class Curve, class Range>
 struct ByPieces {
   using Sample = typename Range::Sample;
-  static constexpr int registers = 4;
+  static constexpr int registers = 4;  // as measured
 
   explicit ByPieces(const Range& range) : exact(range) {}
 
@@ -236,7 +236,7 @@ struct ByPieces {
       return exact(Pixels<Sample, 1, 1>{x})[0];
     } else {
       alignas(16) std::array<Zim32s, N> offsets;
-      storeOffsets(Own::pieces, offsets.data(), Own::inside(x));
+      storeOffsets<std::remove_cvref_t<decltype(Own::pieces)>>(offsets.data(), Own::inside(x));
       // All offsets are on their way through memory before the first piece is used.
       asm("" : "+m"(offsets));
       return ofRegisters(x, offsets.data());
