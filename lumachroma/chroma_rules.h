@@ -7,6 +7,7 @@
 // pixels first and apply the matrix once, with a wider shift in place of a division.
 #pragma once
 
+#include "frame/lanes/lookup.h"
 #include "frame/lanes/packed.h"
 #include "lumachroma/transforms.h"
 
@@ -183,26 +184,25 @@ using YuvBlock = YuvChroma<2>;
 template <EncoderSet set>
 struct FilteredChroma {
   static constexpr int across = 2, rows = 1;
+  // One unit less than a half: -8355841 with the zero of chroma in the low bits.
+  static constexpr Zim32s bias = kChromaHalf - 1;
 
   template <int N>
   ZIM_INLINE Chroma<N / 2> operator()(const Rows<N, 1>& rgb) {
     const auto first = lowHalves(rgb[0]), second = highHalves(rgb[0]);
-    const auto before = perChannel<3>([&](auto c) ZIM_LAMBDA { return movedUp(second[c], previous[c]); });
-    forChannels<3>([&](auto c) ZIM_LAMBDA { previous[c] = second[c]; });
-    const auto filtered = [&](const auto& a) ZIM_LAMBDA {
-      // One unit less than a half: -8355841 with the zero of chroma in the low bits.
-      constexpr Zim32s bias = kChromaHalf - 1;
-      const auto sum = (a(first) >> 1) + (a(before) >> 2) + (a(second) >> 2);
+    const auto filtered = [&](auto row, Lane<Zim32s, kLanes<Zim32s>>& before) ZIM_LAMBDA {
+      const auto quarters = product<row()>(second) >> 2;
+      const auto sum = (product<row()>(first) >> 1) + movedUp(quarters, before) + quarters;
+      before = quarters.v.hi;
       return narrow<Zim16s>((sum + bias) >> 16);
     };
-    return {filtered([](const auto& pixels) ZIM_LAMBDA { return product<fixedRow(set.cb, 0)>(pixels); }),
-            filtered([](const auto& pixels) ZIM_LAMBDA { return product<fixedRow(set.cr, 0)>(pixels); })};
+    return {filtered([] { return fixedRow(set.cb, 0); }, cbBefore),
+            filtered([] { return fixedRow(set.cr, 0); }, crBefore)};
   }
 
  private:
-  // Second pixels of the pairs before.
-  static constexpr int pairs = kLanes<Zim16s>;
-  Pixels<Zim16s, pairs, 3> previous = {0, 0, 0};
+  // Of the second pixels of the pairs before.
+  Lane<Zim32s, kLanes<Zim32s>> cbBefore = 0, crBefore = 0;
 
   template <FixedRow row, int N>
   ZIM_INLINE static Lane<Zim32s, N> product(const Pixels<Zim16s, N, 3>& rgb) {
@@ -254,6 +254,53 @@ struct Coder {
  private:
   ChromaRule chromaRule;
 };
+
+#if !defined(__AVX2__)
+// The filter by tables, where samples are mapped first: what each value of a sample adds to the four of a pair,
+// Cb, luma, Cr, luma. Luma, which is not filtered, has what the shifts take from it.
+template <class GroupCoder>
+class ProductsOfPairs;
+
+template <FixedRow luma, EncoderSet set>
+class ProductsOfPairs<Coder<WeightedLuma<luma>, FilteredChroma<set>>> {
+ public:
+  using Lanes = Lane<Zim32s, kLanes<Zim32s>>;
+
+  constexpr explicit ProductsOfPairs(const ByteMapping& mapping) {
+    for (std::size_t c = 0; c < 3; ++c) {
+      for (std::size_t sample = 0; sample < 256; ++sample) {
+        const Zim32s x = mapping[sample], y = luma.c[c] * x + (c == 0 ? luma.bias : 0);
+        const Zim32s cb = set.cb[c] * x, cr = set.cr[c] * x, bias = c == 0 ? 2 * FilteredChroma<set>::bias : 0;
+        first_[c][sample] = {cb + bias, 2 * y, cr + bias, 0};
+        second_[c][sample] = {cb, 0, cr, 4 * y};
+      }
+    }
+  }
+
+  // Of two pixels of three bytes. Carries what the pairs before leave to the chroma of the next.
+  ZIM_INLINE Lanes code(const std::byte* pixels, Lanes& before) const {
+    const auto quarters = sum(second_, pixels + 3) >> 2;
+    const auto filtered = (sum(first_, pixels) >> 1) + before + quarters;
+    before = quarters & Lanes::of(typename Lanes::Value{-1, 0, -1, 0});
+    return filtered >> 16;
+  }
+
+ private:
+  using Entry = std::array<Zim32s, 4>;
+  using Table = std::array<std::array<Entry, 256>, 3>;
+
+  ZIM_INLINE static Lanes sum(const Table& table, const std::byte* pixel) {
+    const auto entry = [&](std::size_t c) ZIM_LAMBDA {
+      const Entry& lanes = table[c][static_cast<std::size_t>(pixel[c])];
+      return Lanes::of((typename Lanes::Value)loadRegister(reinterpret_cast<const std::byte*>(lanes.data())));
+    };
+    return entry(0) + entry(1) + entry(2);
+  }
+
+  alignas(16) Table first_{};
+  alignas(16) Table second_{};
+};
+#endif
 
 // Neither luma nor chroma takes the values 0 and 255.
 template <class Base>

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 
-#include "frame/lanes/lookup.h"
 #include "frame/pixelwise.h"
 #include "lumachroma/chroma_rules.h"
 
@@ -298,18 +297,44 @@ template <class Source, class Target, class GroupCoder>
   carried = coder;
 }
 
-// The same of a source whose samples are mapped first: stretch by stretch, in a buffer.
+// The same of a whole row of a source whose samples are mapped first.
+#if defined(__AVX2__)
+// Stretch by stretch, in a buffer.
 template <class Source, class Target, class GroupCoder>
-void encodeMapped(Position<const std::byte, 1> from, Target to, std::ptrdiff_t pixels, GroupCoder& coder) {
+void encodeMapped(Position<const std::byte, 1> from, Target to, std::ptrdiff_t pixels) {
   constexpr std::ptrdiff_t stretch = 512, pixelBytes = Source::Layout::pixelBytes;
   static_assert(Target::across % 2 == 0 && Target::rows == 1);
   alignas(kRegisterBytes) std::array<std::byte, stretch * pixelBytes> buffer;
+  GroupCoder coder;
   for (std::ptrdiff_t x = 0; x < pixels; x += stretch) {
     const std::ptrdiff_t count = std::min(stretch, pixels - x);
-    mapBytes(Source::mapping, from.plane[0] + x * pixelBytes, buffer.data(), count * pixelBytes);
+    mapBytes<Source::mapping>(from.plane[0] + x * pixelBytes, buffer.data(), count * pixelBytes);
     encodeGroups<Source, Target, GroupCoder>({{{{buffer.data()}}}}, to.at(x), count, coder);
   }
 }
+#else
+// Where every lookup is a load, it may as well be that of all products of a sample.
+template <class Source, class Target, class GroupCoder>
+void encodeMapped(Position<const std::byte, 1> from, Target to, std::ptrdiff_t pixels) {
+  static_assert(std::is_same_v<Target, CbYCrY> && !Source::reversed);
+  static constexpr ProductsOfPairs<GroupCoder> products(Source::mapping);
+  Lane<Zim32s, kLanes<Zim32s>> before = 0;
+  const auto code = [&](std::ptrdiff_t x) ZIM_LAMBDA {
+    return (Register)products.code(from.plane[0] + x * Source::Layout::pixelBytes, before).v;
+  };
+  std::ptrdiff_t x = 0;
+  for (; x <= pixels - 8; x += 8) {
+    const auto pairs = perChannel<4>([&](auto i) ZIM_LAMBDA { return code(x + 2 * std::ptrdiff_t{i}); });
+    storeRegister(to.samples + 2 * x,
+                  _mm_packus_epi16(_mm_packs_epi32(pairs[0], pairs[1]), _mm_packs_epi32(pairs[2], pairs[3])));
+  }
+  for (; x < pixels; x += 2) {
+    const Register words = _mm_packs_epi32(code(x), Register());
+    const int samples = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
+    std::memcpy(to.samples + 2 * x, &samples, sizeof(samples));
+  }
+}
+#endif
 
 // ---- Tails: what becomes of the pixels beyond the last whole group of a row ----
 
@@ -401,10 +426,10 @@ ZimResult encode(const Encoding<least, typename Source::Layout, Image>& call) {
     const auto from =
         perChannel<rows>([&](auto i) { return sourceRow(y * rows + static_cast<std::ptrdiff_t>(i.value)); });
     const auto to = call.target.row(y);
-    Coder coder;
     if constexpr (MapsSamples<Source>) {
-      encodeMapped<Source>(from[0], to, grouped, coder);
+      encodeMapped<Source, Target, Coder>(from[0], to, grouped);
     } else {
+      Coder coder;
       encodeGroups<Source>(from, to, grouped, coder);
     }
     if constexpr (!std::is_same_v<Tail, Dropped>) {

@@ -365,7 +365,7 @@ template <class Curve, class Layout>
 ZimResult gamma8u(const Conversion<Layout, Layout>& call) {
   if (const ZimResult failure = Tests::check(call); failure != zimResultOk) return failure;
 #if defined(__AVX2__)
-  curveRows(call, MapBytes{Curve::bytes});
+  curveRows(call, MapBytes<Curve::bytes>());
 #else
   lookUpRows(call, Curve::bytes);
 #endif

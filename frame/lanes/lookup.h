@@ -1,6 +1,8 @@
 // Tables, looked up by each lane.
 #pragma once
 
+#include <algorithm>
+
 #include "frame/lanes/memory.h"
 
 namespace zim {
@@ -48,80 +50,106 @@ ZIM_INLINE Lane<Zim64f, N> lookUp(const std::array<Zim64f, 16>& table, Lane<std:
 
 // ---- Tables of all bytes ----
 
-// Where the processor shuffles bytes, a register takes fewer steps than its lanes take loads. Shuffles look up sixteen
-// entries, and give zero where the index has its highest bit. Each half of the table is taken in eight steps, every
-// step with an index that is less by sixteen: the differences of the steps whose index has not become negative add up,
-// by exclusive or, to the entry.
+// Where the processor shuffles bytes, a register takes fewer steps than its lanes take loads. A shuffle looks up
+// sixteen entries. In most sixteenths of a smooth curve the entries lie along a line,
+//     first + ((slope * place + fraction) >> kShift)
+// whose terms depend on the sixteenth; the others have their entries looked up by the place.
 class ByteMapping {
  public:
   using Sixteen = std::array<Zim8s, 16>;
+  static constexpr int kShift = 6;
+
+  Sixteen slopes{}, fractions{}, firsts{};
+  std::array<std::uint8_t, 16> others{};  // the sixteenths without a line
+  std::size_t countOfOthers = 0;
+  std::array<Sixteen, 16> entriesOfOther{};
 
   constexpr explicit ByteMapping(const std::array<Zim8u, 256>& table) : entries_(table) {
-    for (std::size_t i = 0; i < 256; ++i) {
-      steps_[i / 16][i % 16] = static_cast<Zim8s>(i % 128 < 16 ? table[i] : table[i] ^ table[i - 16]);
+    for (std::size_t sixteenth = 0; sixteenth < 16; ++sixteenth) {
+      if (findLine(sixteenth)) continue;
+      for (std::size_t place = 0; place < 16; ++place) {
+        entriesOfOther[countOfOthers][place] = static_cast<Zim8s>(entries_[16 * sixteenth + place]);
+      }
+      others[countOfOthers++] = static_cast<std::uint8_t>(sixteenth);
     }
   }
 
-  Zim8u operator[](std::size_t i) const { return entries_[i]; }
-  const Sixteen& step(std::size_t i) const { return steps_[i]; }
+  constexpr Zim8u operator[](std::size_t i) const { return entries_[i]; }
 
  private:
+  constexpr bool findLine(std::size_t sixteenth) {
+    for (int slope = 0; slope < 128; ++slope) {
+      int least = 0, most = 256 << kShift;
+      for (int place = 0; place < 16; ++place) {
+        const int entry = entries_[16 * sixteenth + static_cast<std::size_t>(place)] << kShift;
+        least = std::max(least, entry - slope * place);
+        most = std::min(most, entry + (1 << kShift) - 1 - slope * place);
+      }
+      if (least > most) continue;
+      slopes[sixteenth] = static_cast<Zim8s>(slope);
+      fractions[sixteenth] = static_cast<Zim8s>(least % (1 << kShift));
+      firsts[sixteenth] = static_cast<Zim8s>(least >> kShift);
+      return true;
+    }
+    return false;
+  }
+
   std::array<Zim8u, 256> entries_;
-  std::array<Sixteen, 16> steps_{};
 };
 
 #if defined(__AVX2__)
-template <int N>
-ZIM_INLINE Lane<Zim8u, N> lookUp(const ByteMapping& table, Lane<Zim8u, N> index) {
+template <const ByteMapping& mapping, int N>
+ZIM_INLINE Lane<Zim8u, N> lookUp(Lane<Zim8u, N> index) {
   using Result = Lane<Zim8u, N>;
   if constexpr (Result::form == Form::single) {
-    return Result(table[index.v]);
+    return Result(mapping[index.v]);
   } else if constexpr (Result::form == Form::split) {
-    return Result::join(lookUp(table, index.v.lo), lookUp(table, index.v.hi));
+    return Result::join(lookUp<mapping>(index.v.lo), lookUp<mapping>(index.v.hi));
   } else {
-    const auto half = [&](std::size_t first, Result left) ZIM_LAMBDA {
-      Result entry = 0;
-      forChannels<8>([&](auto i) ZIM_LAMBDA {
-        const auto step = inEveryPart(table.step(first + i));
-        entry = entry ^ Result::of((typename Result::Value)ZIM_MM(shuffle_epi8)(step, (Register)left.v));
-        left = left - Zim8u{16};
-      });
-      return entry;
+    const auto entryOf = [](const ByteMapping::Sixteen& table, Register at)
+                             ZIM_LAMBDA { return ZIM_MM(shuffle_epi8)(inEveryPart(table), at); };
+    const auto bits = (Register)index.v, lowFour = ZIM_MM(set1_epi8)(15);
+    const Register place = bits & lowFour, sixteenth = ZIM_MM(srli_epi16)(bits, 4) & lowFour;
+    const Register slope = entryOf(mapping.slopes, sixteenth), fraction = entryOf(mapping.fractions, sixteenth);
+    const Register one = ZIM_MM(set1_epi8)(1);
+    const auto above = [](Register placeAndOne, Register slopeAndFraction) ZIM_LAMBDA {
+      return ZIM_MM(srli_epi16)(ZIM_MM(maddubs_epi16)(placeAndOne, slopeAndFraction), ByteMapping::kShift);
     };
-    return select(bitsAs<Zim8s>(index) < Zim8s{0}, half(8, index ^ Zim8u{128}), half(0, index));
+    const Register aboveFirst = ZIM_MM(packus_epi16)(above(unpackLow<1>(place, one), unpackLow<1>(slope, fraction)),
+                                                     above(unpackHigh<1>(place, one), unpackHigh<1>(slope, fraction)));
+    Register entry = ZIM_MM(add_epi8)(aboveFirst, entryOf(mapping.firsts, sixteenth));
+    forChannels<mapping.countOfOthers>([&](auto i) ZIM_LAMBDA {
+      // Shuffles give zero where the index has its highest bit, here in all sixteenths but this.
+      const Register fromStart = ZIM_MM(sub_epi8)(bits, ZIM_MM(set1_epi8)(static_cast<char>(16 * mapping.others[i])));
+      entry |= entryOf(mapping.entriesOfOther[i], ZIM_MM(adds_epu8)(fromStart, ZIM_MM(set1_epi8)(0x70)));
+    });
+    return Result::of((typename Result::Value)entry);
   }
 }
 
 // As the kernel of a conversion.
+template <const ByteMapping& mapping>
 struct MapBytes {
   using Sample = Zim8u;
-  const ByteMapping& mapping;
 
   template <int N, std::size_t Channels>
   ZIM_INLINE Pixels<Zim8u, N, Channels> operator()(const Pixels<Zim8u, N, Channels>& pixels) const {
-    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return lookUp(mapping, pixels[c]); });
+    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return lookUp<mapping>(pixels[c]); });
   }
 };
-#endif
 
-// The entries at a number of bytes. Where it is one by one, two are stored at a time, since stores are what that waits
-// for.
-inline void mapBytes(const ByteMapping& mapping, const std::byte* from, std::byte* to, std::ptrdiff_t count) {
-  const auto entry = [&](std::ptrdiff_t i) ZIM_LAMBDA { return mapping[static_cast<std::size_t>(from[i])]; };
+// The entries at a number of bytes.
+template <const ByteMapping& mapping>
+inline void mapBytes(const std::byte* from, std::byte* to, std::ptrdiff_t count) {
+  using Bytes = Lane<Zim8u, kRegisterBytes>;
   std::ptrdiff_t i = 0;
-#if defined(__AVX2__)
   for (; i <= count - kRegisterBytes; i += kRegisterBytes) {
-    using Bytes = Lane<Zim8u, kRegisterBytes>;
-    const auto bytes = lookUp(mapping, Bytes::of((typename Bytes::Value)loadRegister(from + i)));
+    const auto bytes = lookUp<mapping>(Bytes::of((typename Bytes::Value)loadRegister(from + i)));
     storeRegister(to + i, (Register)bytes.v);
   }
-#endif
-  for (; i <= count - 2; i += 2) {
-    const auto both = static_cast<Zim16u>(entry(i) | entry(i + 1) << 8);
-    std::memcpy(to + i, &both, sizeof(both));
-  }
-  if (i < count) to[i] = static_cast<std::byte>(entry(i));
+  for (; i < count; ++i) to[i] = static_cast<std::byte>(mapping[static_cast<std::size_t>(from[i])]);
 }
+#endif
 
 }  // namespace ZIM_TARGET_NAMESPACE
 }  // namespace zim

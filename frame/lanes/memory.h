@@ -809,17 +809,24 @@ ZIM_INLINE void copyBesideGaps(std::byte* to, const std::byte* from, std::ptrdif
   }
 }
 
-// The lanes of a block one place up, in order of the block; the last lane of the block before comes in first.
-ZIM_INLINE Lane<Zim16s, kLanes<Zim16s>> movedUp(Lane<Zim16s, kLanes<Zim16s>> a, Lane<Zim16s, kLanes<Zim16s>> before) {
-  using Result = Lane<Zim16s, kLanes<Zim16s>>;
-  const auto bits = (Register)a.v, bitsBefore = (Register)before.v;
+// The lanes of a block of two registers one place up, in order of the block; the last lane of the block before, whose
+// second register is given, comes in first.
+ZIM_INLINE Lane<Zim32s, kLanes<Zim16s>> movedUp(Lane<Zim32s, kLanes<Zim16s>> a, Lane<Zim32s, kLanes<Zim32s>> before) {
+  using Whole = Lane<Zim32s, kLanes<Zim32s>>;
+  const auto lo = (Register)a.v.lo.v, hi = (Register)a.v.hi.v, bitsBefore = (Register)before.v;
 #if defined(__AVX512BW__)
-  return Result::of((Result::Value)_mm512_alignr_epi8(bits, _mm512_alignr_epi64(bits, bitsBefore, 6), 14));
+  const auto next = [](Register r, Register last) ZIM_LAMBDA { return _mm512_alignr_epi8(r, last, 12); };
+  const Register lasts = _mm512_alignr_epi64(hi, bitsBefore, 6);
 #elif defined(__AVX2__)
-  return Result::of((Result::Value)_mm256_alignr_epi8(bits, _mm256_permute2x128_si256(bitsBefore, bits, 0x21), 14));
+  const auto next = [](Register r, Register last) ZIM_LAMBDA { return _mm256_alignr_epi8(r, last, 12); };
+  const Register lasts = _mm256_permute2x128_si256(bitsBefore, hi, 0x21);
 #else
-  return Result::of((Result::Value)_mm_or_si128(_mm_slli_si128(bits, 2), _mm_srli_si128(bitsBefore, 14)));
+  const auto next = [](Register r, Register last)
+                        ZIM_LAMBDA { return _mm_or_si128(_mm_slli_si128(r, 4), _mm_srli_si128(last, 12)); };
+  const Register lasts = bitsBefore;
 #endif
+  const auto whole = [](Register r) ZIM_LAMBDA { return Whole::of((Whole::Value)r); };
+  return Lane<Zim32s, kLanes<Zim16s>>::join(whole(next(lo, lasts)), whole(next(hi, lo)));
 }
 
 // Stores 16-bit lanes as bytes, to which they saturate, in two places.
