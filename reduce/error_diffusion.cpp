@@ -107,7 +107,7 @@ struct ChannelImage {
     d.read(at(d.source, row, x), count, d.size.width - x - count, to);
   }
   void readThresholds(int row, std::ptrdiff_t x, std::ptrdiff_t count, Zim32f* to) const {
-    for (std::ptrdiff_t i = 0; i < count; ++i) to[i] = noise.at(x + i, y + row);
+    noise.read(x, y + row, count, to);
   }
   void write(int row, std::ptrdiff_t x, std::ptrdiff_t count, const Zim32f* from) const {
     d.write(from, count, d.stored, at(d.destination, row, x));

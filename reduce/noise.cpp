@@ -1,5 +1,7 @@
 #include "reduce/noise.h"
 
+#include <algorithm>
+
 #include "frame/lanes/convert.h"
 
 namespace zim {
@@ -81,19 +83,41 @@ ZimResult NoiseTables::fillTable(Memory<T[]>& table, Memory<UniformNoise<T>>& st
 }
 
 ZimResult NoiseTables::make(Zim32f low, Zim32f high) {
-  values_.reset(static_cast<Zim32f*>(zimMalloc(kEntries * sizeof(Zim32f))));
-  if (values_ == nullptr) return zimResultNoMemory;
-  indices_.reset(static_cast<Zim16s*>(zimMalloc(kEntries * sizeof(Zim16s))));
-  if (indices_ == nullptr) return zimResultNoMemory;
-  const ZimResult result = fillTable(indices_, indexState_, Zim16s{0}, Zim16s{kEntries});
-  return result == zimResultOk ? fillTable(values_, valueState_, low, high) : result;
+  valueTable_.reset(static_cast<Zim32f*>(zimMalloc(kEntries * sizeof(Zim32f))));
+  if (valueTable_ == nullptr) return zimResultNoMemory;
+  indexTable_.reset(static_cast<Zim16s*>(zimMalloc(kEntries * sizeof(Zim16s))));
+  if (indexTable_ == nullptr) return zimResultNoMemory;
+  if (const ZimResult result = fillTable(indexTable_, indexState_, Zim16s{0}, Zim16s{kEntries});
+      result != zimResultOk) {
+    return result;
+  }
+  if (const ZimResult result = fillTable(valueTable_, valueState_, low, high); result != zimResultOk) return result;
+  for (std::size_t i = 0; i < kEntries; ++i) {
+    values_[i] = values_[i + kEntries] = valueTable_[i];
+    places_[i] = static_cast<Zim16u>((static_cast<std::size_t>(indexTable_[i]) + i) % kEntries);
+  }
+  return zimResultOk;
 }
 
 void NoiseTables::abandon() {
-  static_cast<void>(values_.release());
-  static_cast<void>(indices_.release());
+  static_cast<void>(valueTable_.release());
+  static_cast<void>(indexTable_.release());
   static_cast<void>(indexState_.release());
   static_cast<void>(valueState_.release());
+}
+
+void NoiseTables::read(std::ptrdiff_t x, Zim32s y, std::ptrdiff_t count, Zim32f* to) const {
+  const Zim32f* const values = &values_[2 * static_cast<Zim32u>(y) % kEntries];
+  for (std::ptrdiff_t done = 0; done < count;) {
+    const std::ptrdiff_t column = (x + done) % kEntries;
+    const Zim16u* const places = &places_[static_cast<std::size_t>(column)];
+    const std::ptrdiff_t end = std::min(count, done + kEntries - column);
+    const auto readOne = [&](std::ptrdiff_t i) ZIM_LAMBDA { to[i] = values[places[i - done]]; };
+    std::ptrdiff_t i = done;
+    for (; i <= end - 8; i += 8) forChannels<8>([&](auto k) ZIM_LAMBDA { readOne(i + std::ptrdiff_t{k}); });
+    for (; i < end; ++i) readOne(i);
+    done = end;
+  }
 }
 
 }  // namespace zim

@@ -2,6 +2,7 @@
 // same seed, so that equal calls have equal results.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <type_traits>
@@ -43,7 +44,8 @@ ZimResult uniformNoiseFill(T* pDst, Zim32s count, UniformNoise<T>* pState);
 template <class T>
 ZimResult uniformNoiseFree(UniformNoise<T>* pState);
 
-// The tables of one call: values between two bounds, and indices that scatter them over the image.
+// The tables of one call: values between two bounds, and indices that scatter them over the image. Pixel x, y has the
+// value (index[x] + x + 2 y) modulo kEntries; along a row they repeat after as many.
 class NoiseTables {
  public:
   static constexpr Zim32s kEntries = 1024;
@@ -53,12 +55,8 @@ class NoiseTables {
   // Leaves the memory allocated for good.
   void abandon();
 
-  // The value of a pixel; along a row they repeat after kEntries.
-  Zim32f at(std::ptrdiff_t x, Zim32s y) const {
-    const auto column = static_cast<Zim32u>(x);
-    const auto index = static_cast<Zim32u>(indices_[column % kEntries]) + 2 * static_cast<Zim32u>(y) + column;
-    return values_[index % kEntries];
-  }
+  // Those of so many pixels of a row, from x on.
+  void read(std::ptrdiff_t x, Zim32s y, std::ptrdiff_t count, Zim32f* to) const;
 
  private:
   struct Free {
@@ -74,10 +72,15 @@ class NoiseTables {
   template <class T>
   static ZimResult fillTable(Memory<T[]>& table, Memory<UniformNoise<T>>& state, T low, T high);
 
-  Memory<Zim32f[]> values_;
-  Memory<Zim16s[]> indices_;
+  Memory<Zim32f[]> valueTable_;
+  Memory<Zim16s[]> indexTable_;
   Memory<ZimUniformNoise16s> indexState_;
   Memory<ZimUniformNoise32f> valueState_;
+
+  // As they are read: the values twice over, so that a row's begin at an even place of the first half, and where a
+  // column's lies from there.
+  std::array<Zim32f, std::size_t{2 * kEntries}> values_;
+  std::array<Zim16u, std::size_t{kEntries}> places_;
 };
 
 }  // namespace zim

@@ -200,13 +200,6 @@ class Ordered : public BlockKernel<From, To>, public RowOfThresholds<Zim32f> {
   }
 };
 
-// The thresholds of the first pixels of a row, of(k, x) by fifteenths and column, each repeated for the samples of its
-// pixel.
-template <int samplesPerPixel, class T, class Of>
-void fillThresholds(T* to, Zim32s y, std::ptrdiff_t pixels, const Of& of) {
-  for (std::ptrdiff_t x = 0; x < pixels; ++x) to = std::fill_n(to, samplesPerPixel, of(kBayer[y & 3][x & 3], x));
-}
-
 // ---- Rows ----
 
 // Where all samples of a pixel are treated alike, a row of pixels is a row of samples.
@@ -272,8 +265,8 @@ ZimResult orderByPattern(const Conversion<Source, Destination>& call, const Of& 
   static_assert(pixels % 4 == 0);
   std::array<std::array<T, std::size_t{pixels * samples}>, 4> pattern;
   for (Zim32s y = 0; y < std::min(4, call.roiSize.height); ++y) {
-    fillThresholds<samples>(pattern[static_cast<std::size_t>(y)].data(), y, pixels,
-                            [&](int k, std::ptrdiff_t) { return of(k); });
+    T* to = pattern[static_cast<std::size_t>(y)].data();
+    for (int x = 0; x < pixels; ++x) to = std::fill_n(to, samples, of(kBayer[y][x & 3]));
   }
   reduceRows<OrderedTeam<Source>, kOrderedOffsets<Source>>(call, [&](Zim32s y, const auto& use) {
     use(withThresholds(pattern[static_cast<std::size_t>(y & 3)].data(), pixels * samples));
@@ -305,15 +298,26 @@ ZimResult toOrdered(const Conversion<Source, Destination>& call, Zim32f count, Z
   } else {
     // After so many pixels, in a whole number of blocks, a row of thresholds repeats.
     constexpr int samples = kFlatSamples<Source>, block = Kernel::block, noisePixels = NoiseTables::kEntries;
-    static_assert(noisePixels % block == 0);
+    constexpr int lanes = kLanes<Zim32f>;
+    static_assert(noisePixels % block == 0 && noisePixels % lanes == 0);
     NoiseTables tables;
     const auto bound = static_cast<Zim32f>(noise);
     if (const ZimResult failure = tables.make(-bound / 100.0F, bound / 100.0F); failure != zimResultOk) return failure;
-    const int pixels = std::min(noisePixels - block, call.roiSize.width) + block;
+    const auto lanesAt = [](const Zim32f* p)
+                             ZIM_LAMBDA { return load<Zim32f, lanes, 1>(reinterpret_cast<const std::byte*>(p))[0]; };
+    const int pixels = std::min(noisePixels - block, call.roiSize.width) + block,
+              filled = (pixels + lanes - 1) / lanes * lanes;
     reduceRows<OrderedTeam<Source>, kOrderedOffsets<Source>>(call, [&](Zim32s y, const auto& use) {
+      std::array<Zim32f, std::size_t{lanes}> parts;
+      for (std::size_t x = 0; x < parts.size(); ++x) parts[x] = partOf(kBayer[y & 3][x & 3]);
+      std::array<Zim32f, std::size_t{noisePixels}> ofPixels;
+      tables.read(0, y, filled, ofPixels.data());
       std::array<Zim32f, std::size_t{noisePixels * samples}> thresholds;
-      fillThresholds<samples>(thresholds.data(), y, pixels,
-                              [&](int k, std::ptrdiff_t x) { return (partOf(k) + tables.at(x, y)) * step; });
+      for (std::size_t x = 0; x < static_cast<std::size_t>(filled); x += parts.size()) {
+        const auto threshold = (lanesAt(&parts[0]) + lanesAt(&ofPixels[x])) * step;
+        store<Zim32f, lanes, samples>(reinterpret_cast<std::byte*>(&thresholds[x * samples]),
+                                      perChannel<samples>([&](auto) ZIM_LAMBDA { return threshold; }));
+      }
       use(Kernel(count, thresholds.data(), noisePixels * samples));
     });
     return zimResultOk;
