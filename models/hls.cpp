@@ -7,6 +7,7 @@
 
 #include "frame/adapters.h"
 #include "frame/pixelwise.h"
+#include "models/integer_quotients.h"
 
 using namespace zim;
 
@@ -15,25 +16,6 @@ namespace {
 // A full turn of hue, and full lightness and saturation.
 template <class T>
 inline constexpr auto kFull = static_cast<Zim32f>(std::numeric_limits<T>::max());
-
-// scale * a / 255 of bytes, as multiplication and division round it: by the quotient scale / 255 in two parts, the
-// first of which leaves its product exact.
-template <int scale, class Floats>
-ZIM_INLINE constexpr Floats of255(Floats a) {
-  constexpr Zim32f quotient = scale / 255.0F;
-  constexpr auto high = std::bit_cast<Zim32f>(std::bit_cast<Zim32u>(quotient) & 0xFFFFFF00);
-  constexpr auto low = static_cast<Zim32f>(scale / 255.0 - high);
-  return a * high + a * low;
-}
-template <int scale>
-constexpr bool of255IsExact() {
-  for (int a = 0; a < 256; ++a) {
-    const auto x = static_cast<Zim32f>(a);
-    if (of255<scale>(x) != x * scale / 255.0F) return false;
-  }
-  return true;
-}
-static_assert(of255IsExact<1>() && of255IsExact<360>());
 
 // How the BGR forms make bytes of floats.
 struct HalvesDown {
@@ -130,7 +112,7 @@ struct BgrToHls {
 
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 3> operator()(const Pixels<Zim16s, N, 3>& bgr) const {
-    const auto unit = [](Lane<Zim16s, N> a) ZIM_LAMBDA { return of255<1>(convert<Zim32f>(a)); };
+    const auto unit = [](Lane<Zim16s, N> a) ZIM_LAMBDA { return shareOf<1, 255>(convert<Zim32f>(a)); };
     const auto [h, l, s] = toUnitHls(std::array{unit(bgr[2]), unit(bgr[1]), unit(bgr[0])}, 0.0F);
     return {Rounding::stored(h * 255.0F / 360.0F), Rounding::stored(l * 255.0F), Rounding::stored(s * 255.0F)};
   }
@@ -205,7 +187,8 @@ struct FromHls16u {
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& hls) const {
     constexpr Zim32f full = kFull<Zim16u>;
-    const auto rgb = between(Extremes<N>(hls[1] / full, hls[2] / full), hls[0] * 360.0F / full);
+    const auto rgb =
+        between(Extremes<N>(shareOf<1, 65535>(hls[1]), shareOf<1, 65535>(hls[2])), shareOf<360, 65535>(hls[0]));
     return perChannel<3>([&](auto c) ZIM_LAMBDA { return truncate(rgb[c] * full + 0.5F); });
   }
 };
@@ -217,8 +200,8 @@ struct FromHls8u {
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& hls) const {
-    const Extremes<N> of(of255<1>(hls[1]), of255<1>(hls[2]));
-    const auto t = angles(of255<360>(hls[0]));
+    const Extremes<N> of(shareOf<1, 255>(hls[1]), shareOf<1, 255>(hls[2]));
+    const auto t = angles(shareOf<360, 255>(hls[0]));
     return perChannel<3>([&](auto c) ZIM_LAMBDA {
       const auto height = clamp(smaller(t[c], 240.0F - t[c]), 0.0F, 60.0F);
       return truncate((of.range * height * (1.0F / 60.0F) + of.m1) * 255.0F + 0.5F);
@@ -233,7 +216,7 @@ struct HlsToBgr {
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 3> operator()(const Pixels<Zim16s, N, 3>& hls) const {
     const auto in = perChannel<3>([&](auto c) ZIM_LAMBDA { return convert<Zim32f>(bitsAs<Zim16u>(hls[c])); });
-    const auto rgb = between(Extremes<N>(of255<1>(in[1]), of255<1>(in[2])), of255<360>(in[0]));
+    const auto rgb = between(Extremes<N>(shareOf<1, 255>(in[1]), shareOf<1, 255>(in[2])), shareOf<360, 255>(in[0]));
     return perChannel<3>([&](auto c) ZIM_LAMBDA { return Down::stored(rgb[2 - c] * 255.0F); });
   }
 };

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "frame/pixelwise.h"
+#include "models/integer_quotients.h"
 
 using namespace zim;
 
@@ -97,8 +98,8 @@ struct FromHsv {
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(Pixels<Zim32f, N, 3> hsv) const {
     using Floats = Lane<Zim32f, N>;
-    const auto x = hsv[0] * 360.0F / kFull<T> / 60.0F;
-    const auto saturation = hsv[1] / kFull<T>;
+    const auto x = shareOf<360, std::numeric_limits<T>::max()>(hsv[0]) / 60.0F;
+    const auto saturation = shareOf<1, std::numeric_limits<T>::max()>(hsv[1]);
     const auto fromBlue = x - 3.0F;
     const auto red = clamp(2.0F - magnitude(fromBlue), 0.0F, 1.0F);
     const auto green = larger(clamp(fromBlue, 0.0F, 1.0F), 1.0F - x);

@@ -6,6 +6,7 @@
 
 #include "frame/pixelwise.h"
 #include "models/cube_root.h"
+#include "models/integer_quotients.h"
 #include "tone/power_curve.h"
 
 using namespace zim;
@@ -145,33 +146,34 @@ struct Linear {
   }
 };
 
-// Rounded in double, half up, then clamped.
+// Rounded, half up: twice the value, truncated, has the half.
 struct FromLab8u {
   using Sample = Zim32s;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32s, N, 3>& lab) const {
-    const auto fy = (toFloat(lab[0]) * 100.0F / 255.0F + 16.0F) / 116.0F;
-    const auto fx = toFloat(lab[1] - 128) / 500.0F + fy;
-    const auto fz = fy - (toFloat(lab[2]) - 128.0F) / 200.0F;
+    const auto fy = (shareOf<100, 255>(toFloat(lab[0])) + 16.0F) / 116.0F;
+    const auto fx = IntegerQuotient<1, 500, -128, 127>::of(toFloat(lab[1] - 128)) + fy;
+    const auto fz = fy - IntegerQuotient<1, 200, -128, 127>::of(toFloat(lab[2] - 128));
     const Linear<N> rgb(fx, fy, fz);
-    const auto stored = [](Lane<Zim32f, N> value) ZIM_LAMBDA { return clamp(truncate(widen(value) + 0.5), 0, 255); };
+    const auto stored = [](Lane<Zim32f, N> value) ZIM_LAMBDA { return (truncate(value + value) + 1) >> 1; };
     return {stored(rgb.blue), stored(rgb.green), stored(rgb.red)};
   }
 };
 
-// Truncated, then clamped.
+// Truncated.
 struct FromLab16u {
   using Sample = Zim32s;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32s, N, 3>& lab) const {
-    const auto fy = (toFloat(lab[0]) * 100.0F / 65535.0F + 16.0F) / 116.0F;
-    const auto fx = (toFloat(lab[1]) / 255.0F - 128.0F) / 500.0F + fy;
-    const auto fz = fy - (toFloat(lab[2]) / 255.0F - 128.0F) / 200.0F;
+    const auto moved = [](Lane<Zim32s, N> a)
+                           ZIM_LAMBDA { return IntegerQuotient<1, 255, 0, 65535>::of(toFloat(a)) - 128.0F; };
+    const auto fy = (shareOf<100, 65535>(toFloat(lab[0])) + 16.0F) / 116.0F;
+    const auto fx = moved(lab[1]) / 500.0F + fy;
+    const auto fz = fy - moved(lab[2]) / 200.0F;
     const Linear<N> rgb(fx, fy, fz);
-    const auto stored = [](Lane<Zim32f, N> value) ZIM_LAMBDA { return clamp(truncate(value), 0, 255); };
-    return {stored(rgb.blue), stored(rgb.green), stored(rgb.red)};
+    return {truncate(rgb.blue), truncate(rgb.green), truncate(rgb.red)};
   }
 };
 

@@ -7,6 +7,7 @@
 #include "frame/lanes/lookup.h"
 #include "frame/pixelwise.h"
 #include "models/cube_root.h"
+#include "models/integer_quotients.h"
 #include "models/luv_tables.h"
 
 using namespace zim;
@@ -151,10 +152,10 @@ struct Scaled {
   Lane<Zim32s, N> dark;
 
   ZIM_INLINE explicit Scaled(const Pixels<Zim32s, N, 3>& luv)
-      : l(toFloat(luv[0]) * 100.0F / Zim32f{full}), dark(l < Lane<Zim32f, N>(kBlackBelow)) {
+      : l(shareOf<100, full>(toFloat(luv[0]))), dark(l < Lane<Zim32f, N>(kBlackBelow)) {
     const auto l13 = l * 13.0F;
-    u = (toFloat(luv[1]) * 354.0F / Zim32f{full} - 134.0F) / l13 + 0.19783941F;
-    v = (toFloat(luv[2]) * 262.0F / Zim32f{full} - 140.0F) / l13 + 0.4683422F;
+    u = (shareOf<354, full>(toFloat(luv[1])) - 134.0F) / l13 + 0.19783941F;
+    v = (shareOf<262, full>(toFloat(luv[2])) - 140.0F) / l13 + 0.4683422F;
   }
 };
 
@@ -172,9 +173,15 @@ struct FromLuv8u16s {
     const auto red = 0.5F - y * 1.53715F + x * 3.240479F - z * 0.498535F;
     const auto green = y * 1.875991F + 0.5F + x * -0.969256F + z * 0.041556F;
     const auto blue = widen(xyz.blueOfXY()) + 0.5 + widen(z) * 1.057311;
-    const auto rgb = unlessDark<Zim32s, N>(
-        luv.dark, {clamp(truncate(red), 0, full), clamp(truncate(green), 0, full), clamp(truncate(blue), 0, full)});
-    return perChannel<3>([&](auto c) ZIM_LAMBDA { return rgb[c] - offset; });
+    const Pixels<Zim32s, N, 3> rgb = {truncate(red), truncate(green), truncate(blue)};
+    if constexpr (offset == 0) {
+      return unlessDark(luv.dark, rgb);
+    } else {
+      // What is out of range counts as negative, and must not wrap.
+      const auto moved =
+          unlessDark(luv.dark, perChannel<3>([&](auto c) ZIM_LAMBDA { return larger(rgb[c], Lane<Zim32s, N>(0)); }));
+      return perChannel<3>([&](auto c) ZIM_LAMBDA { return moved[c] - offset; });
+    }
   }
 };
 
@@ -191,7 +198,7 @@ struct FromLuv16u {
     const auto red = (x * 3.240479F - y * 1.53715F - z * 0.498535F) * 65535.0F;
     const auto green = (y * 1.875991F + x * -0.969256F + z * 0.041556F) * 65535.0F;
     const auto blue = narrow<Zim32f>((widen(xyz.blueOfXY()) + widen(z) * 1.057311) * 65535.0);
-    const auto stored = [](Lane<Zim32f, N> value) ZIM_LAMBDA { return clamp(truncate(value + 0.5F), 0, 65535); };
+    const auto stored = [](Lane<Zim32f, N> value) ZIM_LAMBDA { return truncate(value + 0.5F); };
     return unlessDark<Zim32s, N>(luv.dark, {stored(red), stored(green), stored(blue)});
   }
 };
