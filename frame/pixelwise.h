@@ -6,7 +6,8 @@
 // Its results saturate to the destination's sample type. A kernel that keeps low bits instead masks them itself. One
 // that is a long chain of operations may ask for several registers of each channel at a time:
 //     static constexpr int registers = 2;
-// One whose results depend on the column moves along the row, from the first column on:
+// so that the processor has a second chain to go on with while it waits for the first. One whose results depend on the
+// column moves along the row, from the first column on:
 //     void advance(std::ptrdiff_t pixels);
 #pragma once
 
@@ -20,6 +21,9 @@
 
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
+
+// Registers for a kernel that has enough to do with one where a register has most lanes.
+inline constexpr int kTwoIfNarrow = kParts == 4 ? 1 : 2;
 
 template <class Kernel>
 inline constexpr int kLanesPerCall = kLanes<typename Kernel::Sample>;

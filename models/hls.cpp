@@ -98,6 +98,7 @@ ZIM_INLINE Pixels<Zim32f, N, 3> toUnitHls(const Pixels<Zim32f, N, 3>& rgb, Zim32
 // Neither scaled nor clamped.
 struct ToHls32f {
   using Sample = Zim32f;
+  static constexpr int registers = kTwoIfNarrow;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32f, N, 3> operator()(const Pixels<Zim32f, N, 3>& rgb) const {
@@ -109,6 +110,7 @@ struct ToHls32f {
 template <class Rounding>
 struct BgrToHls {
   using Sample = Zim16s;
+  static constexpr int registers = kTwoIfNarrow;
 
   template <int N>
   ZIM_INLINE Pixels<Zim16s, N, 3> operator()(const Pixels<Zim16s, N, 3>& bgr) const {
@@ -169,6 +171,7 @@ ZIM_INLINE Pixels<Zim32f, N, 3> between(const Extremes<N>& of, Lane<Zim32f, N> h
 // that is NaN.
 struct FromHls32f {
   using Sample = Zim32f;
+  static constexpr int registers = 2;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32f, N, 3> operator()(const Pixels<Zim32f, N, 3>& hls) const {
@@ -183,6 +186,7 @@ struct FromHls32f {
 // Words, rounded.
 struct FromHls16u {
   using Sample = Zim32f;
+  static constexpr int registers = 2;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& hls) const {
@@ -197,6 +201,7 @@ struct FromHls16u {
 // none of the 2^24 pixels in a byte.
 struct FromHls8u {
   using Sample = Zim32f;
+  static constexpr int registers = 2;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& hls) const {

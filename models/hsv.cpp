@@ -94,6 +94,7 @@ struct ToHsv16u {
 template <class T>
 struct FromHsv {
   using Sample = Zim32f;
+  static constexpr int registers = 2;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(Pixels<Zim32f, N, 3> hsv) const {

@@ -100,6 +100,7 @@ constexpr Power<-7, 8> kThirdPower({double{0.33333334F}, 0.0, 1.0}, kParts == 4 
 
 struct ToLab16u {
   using Sample = Zim32f;
+  static constexpr int registers = kTwoIfNarrow;
   CubeRoot cubeRoot;
 
   template <int N>
@@ -149,6 +150,7 @@ struct Linear {
 // Rounded, half up: twice the value, truncated, has the half.
 struct FromLab8u {
   using Sample = Zim32s;
+  static constexpr int registers = 2;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32s, N, 3>& lab) const {

@@ -48,6 +48,7 @@ struct Chroma {
 // where Y rounds to zero on that scale the colour is black.
 struct ToLuv8u {
   using Sample = Zim32f;
+  static constexpr int registers = 2;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& rgb) const {
@@ -75,6 +76,7 @@ ZIM_INLINE Lane<Zim32f, N> lightness(Lane<Zim32f, N> linear, Lane<Zim32f, N> rel
 template <Zim32s offset>
 struct ToLuv16 {
   using Sample = Zim32s;
+  static constexpr int registers = 2;
   CubeRoot cubeRoot;
 
   template <int N>
@@ -99,6 +101,7 @@ struct ToLuv16 {
 // Neither moved nor clamped.
 struct ToLuv32f {
   using Sample = Zim32f;
+  static constexpr int registers = 2;
   CubeRoot cubeRoot;
 
   template <int N>
@@ -163,6 +166,7 @@ struct Scaled {
 template <Zim32s full, Zim32s offset>
 struct FromLuv8u16s {
   using Sample = Zim32s;
+  static constexpr int registers = 2;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32s, N, 3>& samples) const {
@@ -189,6 +193,7 @@ struct FromLuv8u16s {
 // added. Clamped.
 struct FromLuv16u {
   using Sample = Zim32s;
+  static constexpr int registers = kTwoIfNarrow;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32s, N, 3>& samples) const {
@@ -207,6 +212,7 @@ struct FromLuv16u {
 // was. A NaN is not dark.
 struct FromLuv32f {
   using Sample = Zim32f;
+  static constexpr int registers = kTwoIfNarrow;
 
   template <int N>
   ZIM_INLINE Pixels<Zim32f, N, 3> operator()(const Pixels<Zim32f, N, 3>& luv) const {
