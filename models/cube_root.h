@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "frame/lanes/lookup.h"
 #include "frame/lanes/one_by_one.h"
 
 namespace zim {
@@ -32,13 +33,14 @@ class CubeRoot {
 
   // cbrtf(x) where wanted is set, which must not be below the least normal number; elsewhere results have no meaning.
   template <int N>
-  ZIM_INLINE Lane<Zim32f, N> operator()(Lane<Zim32f, N> x, [[maybe_unused]] Lane<Zim32s, N> wanted) const {
-    if constexpr (N == 1) {
-      return libraryCubeRoot(x, wanted);
-    } else {
-      if (byLanes_) return inLanes(x);
-      return oneByOne(x, wanted, x, [](Zim32f one) { return std::cbrt(one); });
-    }
+  ZIM_INLINE Lane<Zim32f, N> operator()(Lane<Zim32f, N> x, Lane<Zim32s, N> wanted) const {
+    return byLanesOrOne(x, wanted, [](auto lanes) ZIM_LAMBDA { return inLanes(lanes); });
+  }
+  // The same of x below 2, where wanted from 2^-15 on.
+  template <int N>
+  ZIM_INLINE Lane<Zim32f, N> ofShare(Lane<Zim32f, N> x, Lane<Zim32s, N> wanted) const {
+    return byLanesOrOne(x, wanted,
+                        [](auto lanes) ZIM_LAMBDA { return kParts == 4 ? ofShares(lanes) : inLanes(lanes); });
   }
 
   template <int N>
@@ -49,10 +51,7 @@ class CubeRoot {
     const auto exponent = bits >> 23;
     const auto third = bitsAs<Zim32s>(bitsAs<Zim16u>(exponent) * Zim16u{171}) >> 9;
     const auto r = exponent - (third + third + third);
-    const auto wideM = widen(m);
-    const auto u = narrow<Zim32f>((wideM * -0.1915021616764 + 0.6975704602047) * wideM + 0.4926596205301);
-    const auto cube = widen(u * u * u);
-    const auto step = widen(u) * (cube + wideM + wideM) / (cube + cube + wideM);
+    const auto step = rootOf(widen(m));
     // 1, cbrt(2) and cbrt(4) as a quadratic in r, which gives the nearest doubles.
     const auto wideR = widen(r);
     const auto root = narrow<Zim32f>(step * ((wideR * 0.033779476089226504 + 0.22614157380564676) * wideR + 1.0));
@@ -60,7 +59,49 @@ class CubeRoot {
     return select(bitsAs<Zim32s>(x < std::numeric_limits<Zim32f>::infinity()), scaled, x);
   }
 
+  // The same of shares, quicker where a table of doubles stays in registers: it has the factor of each exponent.
+  template <int N>
+  ZIM_INLINE static Lane<Zim32f, N> ofShares(Lane<Zim32f, N> x) {
+    using Bits = Lane<std::uint64_t, N>;
+    const auto bits = bitsAs<std::uint64_t>(widen(x));
+    const auto m = bitsAs<Zim64f>((bits & Bits(0x000FFFFFFFFFFFFF)) | Bits(0x3FE0000000000000));
+    return narrow<Zim32f>(rootOf(m) * lookUp(kFactors, bits >> 52));
+  }
+
  private:
+  template <int N, class ByLanes>
+  ZIM_INLINE Lane<Zim32f, N> byLanesOrOne(Lane<Zim32f, N> x, Lane<Zim32s, N> wanted,
+                                          [[maybe_unused]] const ByLanes& byLanes) const {
+    if constexpr (N == 1) {
+      return libraryCubeRoot(x, wanted);
+    } else {
+      if (byLanes_) return byLanes(x);
+      return oneByOne(x, wanted, x, [](Zim32f one) { return std::cbrt(one); });
+    }
+  }
+
+  // The root of m.
+  template <int N>
+  ZIM_INLINE static Lane<Zim64f, N> rootOf(Lane<Zim64f, N> m) {
+    const auto u = narrow<Zim32f>((m * -0.1915021616764 + 0.6975704602047) * m + 0.4926596205301);
+    const auto cube = widen(u * u * u);
+    return widen(u) * (cube + m + m) / (cube + cube + m);
+  }
+
+  // 2^k cbrt(2)^r by the last bits of the exponent of x as a double, from 2^-15 to below 2.
+  static constexpr std::array<Zim64f, 16> kFactors = [] {
+    std::array<Zim64f, 16> factors{};
+    constexpr std::array roots = {1.0, 1.2599210498948732, 1.5874010519681994};
+    double scale = 1.0;
+    // The exponent of x is one less than that of m.
+    for (int exponent = 1; exponent > -15; --exponent) {
+      const int r = (exponent + 15) % 3;
+      factors[static_cast<std::size_t>(exponent - 1 + 1023) % 16] = scale * roots[static_cast<std::size_t>(r)];
+      if (r == 0) scale /= 2;
+    }
+    return factors;
+  }();
+
   // Whether the library is of this kind, told by arguments at which it is wrong by a unit, up or down.
   static bool libraryGoesThisWay() {
     constexpr std::array telling = {0x1.1ec79p-6F,  0x1.7cc62ap-6F, 0x1.84b048p-2F, 0x1.a31a02p-2F,

@@ -105,7 +105,8 @@ struct ToLab16u {
 
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32f, N, 3>& bgr) const {
-    const Shares<N> share(bgr, kDivided, cubeRoot);
+    const Shares<N> share(bgr, kDivided,
+                          [this](auto x, auto wanted) ZIM_LAMBDA { return cubeRoot.ofShare(x, wanted); });
     const auto& [y, x, z] = share;
     Lane<Zim32s, N> inDoubt = 0;
     const auto l = select(y.onCube, lightness(y, inDoubt), y.value * 903.3F);

@@ -66,8 +66,8 @@ struct ToLuv8u {
 };
 
 // Lightness 0 to 100: the linear one up to the threshold, from the cube root above it.
-template <int N>
-ZIM_INLINE Lane<Zim32f, N> lightness(Lane<Zim32f, N> linear, Lane<Zim32f, N> relative, const CubeRoot& cubeRoot) {
+template <int N, class CubeRootOf>
+ZIM_INLINE Lane<Zim32f, N> lightness(Lane<Zim32f, N> linear, Lane<Zim32f, N> relative, const CubeRootOf& cubeRoot) {
   const auto isLinear = Lane<Zim32f, N>(kCubeRootFrom) >= relative;
   return select(isLinear, linear, cubeRoot(relative, ~isLinear) * 116.0F - 16.0F);
 }
@@ -83,7 +83,8 @@ struct ToLuv16 {
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(const Pixels<Zim32s, N, 3>& samples) const {
     const auto rgb = perChannel<3>([&](auto c) ZIM_LAMBDA { return toFloat(samples[c] + offset); });
     const auto x = xOf(rgb), y = yOf(rgb);
-    const auto l = lightness(y * 903.3F / 65535.0F, y / 65535.0F, cubeRoot);
+    const auto l = lightness(y * 903.3F / 65535.0F, y / 65535.0F,
+                             [this](auto share, auto wanted) ZIM_LAMBDA { return cubeRoot.ofShare(share, wanted); });
     const Chroma<N> chroma(bitsAs<Zim32s>(y == Lane<Zim32f, N>(0.0F)), x, y, zOf(rgb));
     const auto l13 = l * 13.0F;
     return {stored(l * 65535.0F / 100.0F + 0.5F), stored((chroma.u * l13 + 134.0F) * 65535.0F / 354.0F + 0.5F),

@@ -48,6 +48,15 @@ bool checkExactRoots() {
   return differences == 0;
 }
 
+bool checkRootsOfShares() {
+  long differences = 0;
+  forAllFloats(
+      0x1p-15F, 0x1.fffffep0F, [](auto x) { return CubeRoot::ofShares(x) - CubeRoot::inLanes(x); },
+      [&](Zim32f, Zim32f difference) { differences += difference != 0; });
+  std::printf("all floats from 2^-15 to 2: %ld roots of shares differ from roots\n", differences);
+  return differences == 0;
+}
+
 bool checkNearRoots() {
   double furthest = 0;
   forAllFloats(
@@ -64,6 +73,6 @@ bool checkNearRoots() {
 }  // namespace
 
 int main() {
-  const bool near = checkNearRoots(), exact = checkExactRoots();
-  return near && exact ? 0 : 1;
+  const bool near = checkNearRoots(), shares = checkRootsOfShares(), exact = checkExactRoots();
+  return near && shares && exact ? 0 : 1;
 }
