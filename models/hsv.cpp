@@ -13,7 +13,7 @@ using namespace zim;
 namespace {
 
 template <class T>
-inline constexpr auto kFull = static_cast<Zim32f>(std::numeric_limits<T>::max());
+inline constexpr int kFull = std::numeric_limits<T>::max();
 
 // Single precision throughout; d is the difference of the extremes. Where two samples are the largest, blue comes
 // before green, and green before red:
@@ -99,8 +99,8 @@ struct FromHsv {
   template <int N>
   ZIM_INLINE Pixels<Zim32s, N, 3> operator()(Pixels<Zim32f, N, 3> hsv) const {
     using Floats = Lane<Zim32f, N>;
-    const auto x = shareOf<360, std::numeric_limits<T>::max()>(hsv[0]) / 60.0F;
-    const auto saturation = shareOf<1, std::numeric_limits<T>::max()>(hsv[1]);
+    const auto x = shareOf<360, kFull<T>>(hsv[0]) / 60.0F;
+    const auto saturation = shareOf<1, kFull<T>>(hsv[1]);
     const auto fromBlue = x - 3.0F;
     const auto red = clamp(2.0F - magnitude(fromBlue), 0.0F, 1.0F);
     const auto green = larger(clamp(fromBlue, 0.0F, 1.0F), 1.0F - x);
