@@ -20,7 +20,7 @@ ZIM_INLINE Lane<Zim32s, N> lookUp(const std::array<Zim32s, Size>& table, Lane<Zi
 #if defined(__AVX512BW__)
     return Result::of((typename Result::Value)_mm512_i32gather_epi32((Register)index.v, table.data(), 4));
 #else
-    // A gather of eight takes longer on most processors.
+    // Loads take less time than a gather of eight, as measured on an Ice Lake.
     typename Result::Value entries{};
     for (int k = 0; k < N; ++k) entries[k] = table[static_cast<std::size_t>(index.v[k])];
     return Result::of(entries);
