@@ -6,8 +6,8 @@
 #include <limits>
 
 #include "frame/adapters.h"
+#include "frame/lanes/integer_quotients.h"
 #include "frame/pixelwise.h"
-#include "models/integer_quotients.h"
 
 using namespace zim;
 

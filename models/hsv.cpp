@@ -5,8 +5,8 @@
 
 #include <limits>
 
+#include "frame/lanes/integer_quotients.h"
 #include "frame/pixelwise.h"
-#include "models/integer_quotients.h"
 
 using namespace zim;
 

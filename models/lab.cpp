@@ -4,9 +4,9 @@
 // is computed in single precision, in the order written, unless it says double. The two forms of a direction differ on
 // purpose: those of 8 bits round, those with 16 bits truncate.
 
+#include "frame/lanes/integer_quotients.h"
 #include "frame/pixelwise.h"
 #include "models/cube_root.h"
-#include "models/integer_quotients.h"
 #include "tone/power_curve.h"
 
 using namespace zim;

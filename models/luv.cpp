@@ -4,10 +4,10 @@
 // 16u moved down by 32768. Everything is computed in single precision, in the order written, unless it says double. The
 // sample types differ in it on purpose: in their constants, in the place of the scale, in what is clamped.
 
+#include "frame/lanes/integer_quotients.h"
 #include "frame/lanes/lookup.h"
 #include "frame/pixelwise.h"
 #include "models/cube_root.h"
-#include "models/integer_quotients.h"
 #include "models/luv_tables.h"
 
 using namespace zim;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "frame/lanes/integer_quotients.h"
 #include "frame/pixelwise.h"
 #include "reduce/channels.h"
 #include "reduce/noise.h"
@@ -55,18 +56,6 @@ class WholeLevels : public BlockKernel<From, To> {
 
 // ---- Without dither ----
 
-// v / white of integers, correctly rounded for every sample: white is one less than a power of two, by which the first
-// part is exact.
-template <class From, int N>
-ZIM_INLINE Lane<Zim32f, N> overWhite(Lane<Zim32f, N> value) {
-  if constexpr (std::is_same_v<From, Zim32f>) {
-    return value;
-  } else {
-    constexpr double first = 1.0 / (kWhite<From> + 1), rest = 1.0 / kWhite<From> - first;
-    return value * static_cast<Zim32f>(first) + value * static_cast<Zim32f>(rest);
-  }
-}
-
 // The nearest level n of L w, w from 0 to 1, then n / L in the range of the destination, by roundings in single
 // precision as they stand. Samples of 16 bits truncate L w and take the next level by comparison, floats round it and
 // compare as well; that of rounded bytes never finds another level, nor does L / 255 in one factor. Too large a float
@@ -99,10 +88,19 @@ struct Nearest : BlockKernel<From, To> {
     if constexpr (std::is_same_v<From, Zim8u>) {
       return toFloat(truncate(valueOf(sample) * (count / 255.0F) + 0.5F)) * unit;
     } else {
-      const auto w = overWhite<From>(valueOf(sample));
+      const auto w = shareOfWhite(sample);
       const auto lower = toFloat(truncate(sizeof(From) == 2 ? w * count : w * count + 0.5F)) * unit;
       const auto takesUpper = w - lower > Lane<Zim32f, N>(half);
       return lower + bitsAs<Zim32f>(takesUpper & bitsAs<Zim32s>(Lane<Zim32f, N>(unit)));
+    }
+  }
+
+  template <int N>
+  ZIM_INLINE static Lane<Zim32f, N> shareOfWhite(Lane<From, N> sample) {
+    if constexpr (std::is_same_v<From, Zim32f>) {
+      return valueOf(sample);
+    } else {
+      return shareOf<1, kWhite<From>>(valueOf(sample));
     }
   }
 };
