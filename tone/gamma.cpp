@@ -8,6 +8,7 @@
 #include "tone/curve_pieces.h"
 #include "tone/gamma_tables.h"
 #include "tone/power_curve.h"
+#include "tone/word_curve.h"
 
 using namespace zim;
 
@@ -20,8 +21,22 @@ constexpr TransferCurve kInverse = {kInversePower.function, 1.0, 0.0};
 
 constexpr CurvePieces<-6, 7, 9, Leading::nearestFloat> kForwardOfUnit(kForward, 1.0);
 constexpr CurvePieces<-4, 5, 10, Leading::nearestFloat> kInverseOfUnit(kInverse, 1.0);
-constexpr CurvePieces<10, 6, 9, Leading::nearestInteger> kForwardOfWords(kForward, 65535.0);
-constexpr CurvePieces<12, 4, 9, Leading::nearestInteger> kInverseOfWords(kInverse, 65535.0);
+
+constexpr bool kTablesInRegisters = kParts == 4;
+constexpr auto kForwardOfWords = [] {
+  if constexpr (kTablesInRegisters) {
+    return WordCurve<10, 2>(kForward);
+  } else {
+    return CurvePieces<10, 6, 9, Leading::nearestInteger>(kForward, 65535.0);
+  }
+}();
+constexpr auto kInverseOfWords = [] {
+  if constexpr (kTablesInRegisters) {
+    return WordCurve<13, 3>(kInverse);
+  } else {
+    return CurvePieces<12, 4, 9, Leading::nearestInteger>(kInverse, 65535.0);
+  }
+}();
 
 struct Forward {
   static constexpr const auto& power = kForwardPower;
@@ -281,10 +296,10 @@ struct GammaOfUnit : ByPieces<GammaOfUnit<Curve>, Curve, Range32f> {
 
 // Words: the sum of pieces is rounded as it is made, and each to the integer that it should be.
 template <class Curve>
-struct GammaOfWords : ByPieces<GammaOfWords<Curve>, Curve, Range16u> {
+struct WordsByPieces : ByPieces<WordsByPieces<Curve>, Curve, Range16u> {
   static constexpr const auto& pieces = Curve::ofWords;
 
-  GammaOfWords() : GammaOfWords::ByPieces(Range16u()) {}
+  WordsByPieces() : WordsByPieces::ByPieces(Range16u()) {}
 
   template <int N>
   ZIM_INLINE static Lane<Zim32f, N> inside(Lane<Zim32s, N> x) {
@@ -300,6 +315,46 @@ struct GammaOfWords : ByPieces<GammaOfWords<Curve>, Curve, Range16u> {
     return select(x >= this->exact.knee, power, this->exact.onLine(x, Curve::slope));
   }
 };
+
+// Words by tables in registers; those of a register in doubt by powers.
+template <class Curve>
+class WordsByTables {
+ public:
+  using Sample = Range16u::Sample;
+  static constexpr bool outrunsTableOfValues = true;
+
+  template <int N, std::size_t Channels>
+  ZIM_INLINE Pixels<Sample, N, Channels> operator()(const Pixels<Sample, N, Channels>& pixels) const {
+    return perChannel<Channels>([&](auto c) ZIM_LAMBDA { return curve(pixels[c]); });
+  }
+
+ private:
+  template <int N>
+  ZIM_INLINE Lane<Sample, N> curve(Lane<Sample, N> sample) const {
+    if constexpr (Lane<Sample, N>::form == Form::split) {
+      return Lane<Sample, N>::join(curve(sample.v.lo), curve(sample.v.hi));
+    } else if constexpr (N == 1) {
+      return exactly(sample);
+    } else {
+      const auto x = toFloat(sample);
+      const auto [nearest, inDoubt] = nearestOf(Curve::ofWords, larger(Lane<Zim32f, N>(knee_), x));
+      if (inDoubt) return exactly(sample);
+      // Products with either slope are far from where the result changes, or exact.
+      return select(x >= knee_, nearest, roundByProcessor(x * static_cast<Zim32f>(Curve::slope)));
+    }
+  }
+
+  template <int N>
+  [[gnu::noinline]] Lane<Sample, N> exactly(Lane<Sample, N> sample) const {
+    return exact_(Pixels<Sample, N, 1>{sample})[0];
+  }
+
+  const Gamma<Curve, Range16u> exact_{Range16u()};
+  const Zim32f knee_ = static_cast<Zim32f>(exact_.knee);
+};
+
+template <class Curve>
+using GammaOfWords = std::conditional_t<kTablesInRegisters, WordsByTables<Curve>, WordsByPieces<Curve>>;
 
 // ---- Rows of samples: where all samples are treated alike, planes and interleaved triples are the same ----
 
@@ -372,16 +427,16 @@ ZimResult gamma8u(const Conversion<Layout, Layout>& call) {
   return zimResultOk;
 }
 
-// Few samples are computed as they come, more through a table of all values that is made for the call. Samples are
-// counted in 32 bits, three a pixel. The quicker values are computed, the more samples it takes until a table is worth
-// its making; but whether a call asks for memory, and can fail, does not depend on the build.
+// Few samples are computed as they come, more through a table of all values that is made for the call, unless the
+// kernel is as quick as that. Samples are counted in 32 bits, three a pixel. Whether a call asks for memory, and can
+// fail, does not depend on the build.
 template <class Layout, class Kernel>
 ZimResult curveWords(const Conversion<Layout, Layout>& call, const Kernel& kernel) {
-  constexpr Zim32s values = 65536, worthTable = kParts == 4 ? 3 * values : values;
+  constexpr Zim32s values = 65536;
   const Zim32s samples = wrappingProduct(wrappingProduct(3, call.roiSize.width), call.roiSize.height);
   const Scratch<Zim16u> table(samples > values ? scratchAlloc16(values) : nullptr);
   if (samples > values && table == nullptr) return zimResultNoMemory;
-  if (samples <= worthTable) {
+  if (samples <= values || requires { Kernel::outrunsTableOfValues; }) {
     curveRows(call, kernel);
     return zimResultOk;
   }

@@ -48,6 +48,26 @@ ZIM_INLINE Lane<Zim64f, N> lookUp(const std::array<Zim64f, 16>& table, Lane<std:
   }
 }
 
+// The entry of a table of 32 at the lowest five bits of each index.
+template <class T, int N>
+requires(sizeof(T) == 4) ZIM_INLINE Lane<T, N> lookUpLowBits(const std::array<T, 32>& table, Lane<Zim32s, N> index) {
+  using Result = Lane<T, N>;
+  if constexpr (Result::form == Form::single) {
+    return Result(table[static_cast<std::size_t>(index.v & 31)]);
+  } else if constexpr (Result::form == Form::split) {
+    return Result::join(lookUpLowBits(table, index.v.lo), lookUpLowBits(table, index.v.hi));
+  } else {
+#if defined(__AVX512BW__)
+    return Result::of((typename Result::Value)_mm512_permutex2var_epi32(
+        _mm512_loadu_si512(table.data()), (Register)index.v, _mm512_loadu_si512(table.data() + 16)));
+#else
+    typename Result::Value entries{};
+    for (int k = 0; k < N; ++k) entries[k] = table[static_cast<std::size_t>(index.v[k] & 31)];
+    return Result::of(entries);
+#endif
+  }
+}
+
 // ---- Tables of all bytes ----
 
 // Where the processor shuffles bytes, a register takes fewer steps than its lanes take loads. A shuffle looks up
