@@ -321,7 +321,6 @@ template <class Curve>
 class WordsByTables {
  public:
   using Sample = Range16u::Sample;
-  static constexpr bool outrunsTableOfValues = true;
 
   template <int N, std::size_t Channels>
   ZIM_INLINE Pixels<Sample, N, Channels> operator()(const Pixels<Sample, N, Channels>& pixels) const {
@@ -427,16 +426,16 @@ ZimResult gamma8u(const Conversion<Layout, Layout>& call) {
   return zimResultOk;
 }
 
-// Few samples are computed as they come, more through a table of all values that is made for the call, unless the
-// kernel is as quick as that. Samples are counted in 32 bits, three a pixel. Whether a call asks for memory, and can
-// fail, does not depend on the build.
+// Few samples are computed as they come, more through a table of all values that is made for the call. Samples are
+// counted in 32 bits, three a pixel. The quicker values are computed, the more samples it takes until a table is worth
+// its making; but whether a call asks for memory, and can fail, does not depend on the build.
 template <class Layout, class Kernel>
 ZimResult curveWords(const Conversion<Layout, Layout>& call, const Kernel& kernel) {
-  constexpr Zim32s values = 65536;
+  constexpr Zim32s values = 65536, worthTable = kParts == 4 ? 3 * values : values;
   const Zim32s samples = wrappingProduct(wrappingProduct(3, call.roiSize.width), call.roiSize.height);
   const Scratch<Zim16u> table(samples > values ? scratchAlloc16(values) : nullptr);
   if (samples > values && table == nullptr) return zimResultNoMemory;
-  if (samples <= values || requires { Kernel::outrunsTableOfValues; }) {
+  if (samples <= worthTable) {
     curveRows(call, kernel);
     return zimResultOk;
   }
