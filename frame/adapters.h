@@ -1,7 +1,7 @@
 // Kernels made from kernels: other orders of channels, a fourth channel, signed samples.
 #pragma once
 
-#include "frame/lanes/convert.h"
+#include "frame/lanes/byte_pairs.h"
 
 namespace zim {
 inline namespace ZIM_TARGET_NAMESPACE {
@@ -12,6 +12,11 @@ struct Reversed : Kernel {
   template <int N>
   ZIM_INLINE auto operator()(Pixels<typename Kernel::Sample, N, 3> pixels) const {
     const auto& [a, b, c] = Kernel::operator()(pixels);
+    return std::array{c, b, a};
+  }
+
+  ZIM_INLINE auto onPairs(BytePairs pairs) const requires HasPairs<Kernel> {
+    const auto& [a, b, c] = Kernel::onPairs(pairs);
     return std::array{c, b, a};
   }
 };
@@ -28,6 +33,11 @@ struct WithAlpha : Kernel {
     const auto& [a, b, c] = Kernel::operator()(pixels);
     using Result = std::decay_t<decltype(a)>;
     return std::array{a, b, c, Result(static_cast<typename Result::Element>(alpha))};
+  }
+
+  ZIM_INLINE auto onPairs(BytePairs pairs) const requires HasPairs<Kernel> {
+    const auto& [a, b, c] = Kernel::onPairs(pairs);
+    return std::array{a, b, c, std::decay_t<decltype(a)>(alpha << 16)};
   }
 };
 

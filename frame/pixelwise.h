@@ -15,6 +15,7 @@
 
 #include "frame/arguments.h"
 #include "frame/entry.h"
+#include "frame/lanes/byte_pairs.h"
 #include "frame/lanes/wide_pixels.h"
 #include "frame/layouts.h"
 #include "frame/rows.h"
@@ -77,6 +78,18 @@ inline constexpr bool usesPacked = std::is_same_v<Source, Interleaved<Zim8u, Sou
   kernel.packed(pixels);
 };
 
+// Kernels of rows that sum two bytes have a form on pairs, used from three channels of bytes to interleaved bytes where
+// it is the quicker. Its results are the upper halves of what it returns.
+template <class Kernel, class Source, class Destination>
+inline constexpr bool usesPairs = false;
+template <class Kernel, std::size_t Channels>
+requires HasPairs<Kernel>
+inline constexpr bool usesPairs<Kernel, C3<Zim8u>, Interleaved<Zim8u, Channels>> = Channels >= 3;
+template <class Kernel, std::size_t Channels>
+requires HasPairs<Kernel>
+inline constexpr bool usesPairs<Kernel, P3<Zim8u>, Interleaved<Zim8u, Channels>> =
+    Channels >= 3 && Kernel::pairsFromPlanes;
+
 // Interleaved bytes on both sides of a kernel of 32 bits pass a register of pixels at a time.
 template <class Layout>
 inline constexpr bool isWidePixels = false;
@@ -129,6 +142,11 @@ ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from,
       return kernel.packed(loadPacked<stride, i == 3>(from.plane[0] + part * stride * i));
     });
     storePacked(to.plane[0], parts, [&](const auto& sums) ZIM_LAMBDA { return kernel.finished(sums); });
+  } else if constexpr (N > 1 && usesPairs<Kernel, Source, Destination>) {
+    constexpr std::size_t channels = Destination::channels;
+    storeUpperHalves<channels>(to.plane[0], perChannel<4>([&](auto i) ZIM_LAMBDA {
+                                 return upperHalves<channels>(kernel.onPairs(loadPairs<i>(from)));
+                               }));
   } else if constexpr (N > 1 && passesWide<Kernel, Source, Destination>) {
     using Sample = typename Kernel::Sample;
     constexpr int lanes = kLanesPerCall<Kernel>;
@@ -150,7 +168,8 @@ ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from,
 template <class Kernel, class Source, class Destination>
 inline constexpr bool loadsAhead = Source::planes == 1 && Source::channels > 1 &&
                                    sizeof(typename Source::Sample) == 1 && sizeof(typename Kernel::Sample) > 1 &&
-                                   !usesPacked<Kernel, Source, Destination> && !passesWide<Kernel, Source, Destination>;
+                                   !usesPacked<Kernel, Source, Destination> &&
+                                   !usesPairs<Kernel, Source, Destination> && !passesWide<Kernel, Source, Destination>;
 
 template <class Kernel>
 concept MovesAlong = requires(Kernel& kernel) {

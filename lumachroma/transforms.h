@@ -3,7 +3,7 @@
 // The sets are deliberately not unified: some differ by a unit in a coefficient, and each export names its own.
 #pragma once
 
-#include "frame/lanes/fixed_point.h"
+#include "frame/lanes/byte_pairs.h"
 #include "frame/lanes/zip.h"
 
 namespace zim {
@@ -110,6 +110,24 @@ struct Decode {
             fixedDot<FixedRow{{set.luma, set.greenU, set.greenV}, bias}>(y, u, v),
             fixedDot<FixedRow{{set.luma, set.blueU, 0}, bias}>(y, u, v)};
   }
+
+#if defined(__AVX2__)
+  // Luma one for one takes few steps with channels apart.
+  static constexpr bool pairsFromPlanes = set.luma != 65536;
+  ZIM_INLINE Pixels<Zim32s, kLanes<Zim32s>, 3> onPairs(BytePairs pairs) const {
+    // Green has luma with that chroma with which weights are found.
+    constexpr bool besideV = TwoSteps({set.luma, set.redV}, {set.luma, set.greenV}).found;
+    constexpr TwoSteps ofU({set.luma, set.blueU}, {besideV ? 0 : set.luma, set.greenU}),
+        ofV({set.luma, set.redV}, {besideV ? set.luma : 0, set.greenV});
+    static_assert(ofU.found && ofV.found);
+    constexpr Zim32s black = static_cast<Zim32s>(rounding) - set.luma * set.black;
+    const auto u = weightedWords<ofU>(pairs.withSecond), v = weightedWords<ofV>(pairs.withThird);
+    return {neighbourDot<ofV.first[0], ofV.first[1]>(v) + (black - 128 * set.redV),
+            neighbourDot<ofU.second[0], ofU.second[1]>(u) +
+                (neighbourDot<ofV.second[0], ofV.second[1]>(v) + (black - 128 * (set.greenU + set.greenV))),
+            neighbourDot<ofU.first[0], ofU.first[1]>(u) + (black - 128 * set.blueU)};
+  }
+#endif
 
  private:
   template <Zim32s factorU, Zim32s factorV, int N>

@@ -218,6 +218,53 @@ ZIM_INLINE Lane<Zim16s, N> highWords(EvenOdd<N> sums) {
   }
 }
 
+// ---- Sums over two bytes, in two steps ----
+//
+// Where bytes a and b stand in 32 bits twice, small weights make two words of them, and factors of 16 bits a sum of the
+// words:
+//   c[0] a + c[1] b  ==  f[0] (w[0] a + w[1] b) + f[1] (w[2] a + w[3] b)
+// So coefficients beyond 16 bits leave no whole multiples. Two sums share their weights.
+struct TwoSteps {
+  using Coefficients = std::array<Zim32s, 2>;
+
+  bool found = false;
+  std::array<Zim8s, 4> weights{};
+  std::array<Zim16s, 2> first{}, second{};  // the factors
+
+  constexpr TwoSteps(Coefficients c, Coefficients d) {
+    constexpr Zim32s most = 5;
+    for (Zim32s w0 = 0; w0 <= most; ++w0) {
+      for (Zim32s w1 = -most; w1 <= most; ++w1) {
+        for (Zim32s w2 = -most; w2 <= most; ++w2) {
+          for (Zim32s w3 = 0; w3 <= most; ++w3) {
+            const Zim32s determinant = w0 * w3 - w1 * w2;
+            if (determinant == 0) continue;
+            const auto solve = [&](Coefficients sum, std::array<Zim16s, 2>& factors) {
+              const Zim32s f0 = sum[0] * w3 - sum[1] * w2, f1 = sum[1] * w0 - sum[0] * w1;
+              factors = {static_cast<Zim16s>(f0 / determinant), static_cast<Zim16s>(f1 / determinant)};
+              return factors[0] * determinant == f0 && factors[1] * determinant == f1;
+            };
+            if (!solve(c, first) || !solve(d, second)) continue;
+            found = true;
+            weights = {static_cast<Zim8s>(w0), static_cast<Zim8s>(w1), static_cast<Zim8s>(w2), static_cast<Zim8s>(w3)};
+            return;
+          }
+        }
+      }
+    }
+  }
+};
+
+#if defined(__AVX2__)
+// The words of bytes a, b, a, b and so on.
+template <TwoSteps steps, int N>
+ZIM_INLINE Lane<Zim16s, N / 2> weightedWords(Lane<Zim8u, N> bytes) {
+  using Result = Lane<Zim16s, N / 2>;
+  constexpr auto weights = std::bit_cast<Zim32s>(steps.weights);
+  return Result::of((typename Result::Value)ZIM_MM(maddubs_epi16)((Register)bytes.v, ZIM_MM(set1_epi32)(weights)));
+}
+#endif
+
 // ---- Sums in two limbs ----
 //
 // Where one term of a sum is shared by many pixels, the products are kept apart, each of 32 bits in two 16-bit lanes:

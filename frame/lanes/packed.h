@@ -11,26 +11,35 @@ inline namespace ZIM_TARGET_NAMESPACE {
 template <std::size_t Parts>
 using PackedBlock = std::array<PackedPixels, Parts>;
 
-// Register i of a block of N pixels; in each 128-bit part the registers follow one another. Loads bytes that lie Stride
-// samples apart, those of the block's samples and no others: the last register is loaded from before its first pixel,
-// up to its last sample. With byte shuffles the middle sample comes in both words of odd; without, the second word has
-// no meaning. Three samples come apart only with byte shuffles.
+#if defined(__AVX2__)
+// Register i of a block of N pixels of bytes that lie Stride samples apart, and the bytes that it has ahead of its
+// first pixel; in each 128-bit part the registers follow one another. Loads the block's samples and no others: the last
+// register is loaded from before its first pixel, up to its last sample.
+template <std::size_t Stride, int N, std::size_t i>
+inline constexpr int kBytesAhead = i == N / kLanes<Zim32s> - 1 ? 16 - (3 * Stride + 3) : 0;
+template <std::size_t Stride, int N, std::size_t i>
+ZIM_INLINE Register loadBytesOfPart(const std::byte* p) {
+  return loadParts(p + 4 * Stride * i - kBytesAhead<Stride, N, i>, N / kParts * std::ptrdiff_t{Stride});
+}
+#endif
+
+// The same as pairs. With byte shuffles the middle sample comes in both words of odd; without, the second word has no
+// meaning. Three samples come apart only with byte shuffles.
 template <std::size_t Stride, int N, std::size_t i>
 ZIM_INLINE PackedPixels loadPart(const std::byte* p) {
   constexpr bool isLast = i == N / kLanes<Zim32s> - 1;
 #if defined(__AVX2__)
-  constexpr int before = isLast ? 16 - (3 * Stride + 3) : 0;
   static constexpr auto tableOf = [](int low, int high) {
     ByteTable table{};
     for (std::size_t word = 0; word < 8; ++word) {
-      const int pixel = before + static_cast<int>(Stride) * static_cast<int>(word / 2);
+      const int pixel = kBytesAhead<Stride, N, i> + static_cast<int>(Stride) * static_cast<int>(word / 2);
       table[2 * word] = static_cast<std::int8_t>(pixel + (word % 2 == 0 ? low : high));
       table[2 * word + 1] = -1;
     }
     return table;
   };
   static constexpr ByteTable even = tableOf(0, 2), odd = tableOf(1, 1);
-  const Register r = loadParts(p + 4 * Stride * i - before, N / kParts * std::ptrdiff_t{Stride});
+  const Register r = loadBytesOfPart<Stride, N, i>(p);
   return {Stride == 4 && !isLast ? r & ZIM_MM(set1_epi32)(0x00FF00FF) : ZIM_MM(shuffle_epi8)(r, inEveryPart(even)),
           ZIM_MM(shuffle_epi8)(r, inEveryPart(odd))};
 #else

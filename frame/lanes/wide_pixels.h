@@ -66,6 +66,18 @@ ZIM_INLINE Register joinedThrees(Register parts) {
   return _mm256_permutevar8x32_epi32(parts, _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 3));
 #endif
 }
+// Stores them.
+ZIM_INLINE void storeThrees(std::byte* p, Register parts) {
+  const Register threes = joinedThrees(parts);
+#if defined(__AVX512BW__)
+  // Not one store with a mask: the next load of a conversion in place would wait for the bytes left out.
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_castsi512_si256(threes));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 32), partOf<2>(threes));
+#else
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(threes));
+  _mm_storel_epi64(reinterpret_cast<__m128i*>(p + 16), _mm256_extracti128_si256(threes, 1));
+#endif
+}
 #endif
 
 template <class T, std::size_t Stride, int N>
@@ -89,34 +101,23 @@ ZIM_INLINE void storeWide(std::byte* p, const WidePixels<N>& pixels) {
     const auto x = (Register)pixels[0].v, y = (Register)pixels[1].v, z = (Register)pixels[2].v;
     const Register xz = ZIM_MM(packs_epi32)(x, z), yy = ZIM_MM(packs_epi32)(y, y);
     const Register bytes = std::is_signed_v<T> ? ZIM_MM(packs_epi16)(xz, yy) : ZIM_MM(packus_epi16)(xz, yy);
+    if constexpr (Stride == 3) {
 #if defined(__AVX2__)
-    static constexpr ByteTable inThrees = {0, 8, 4, 1, 9, 5, 2, 10, 6, 3, 11, 7, -1, -1, -1, -1};
+      static constexpr ByteTable inThrees = {0, 8, 4, 1, 9, 5, 2, 10, 6, 3, 11, 7, -1, -1, -1, -1};
+      storeThrees(p, ZIM_MM(shuffle_epi8)(bytes, inEveryPart(inThrees)));
 #endif
-#if defined(__AVX512BW__)
-    static constexpr ByteTable inFours = {0, 8, 4, -1, 1, 9, 5, -1, 2, 10, 6, -1, 3, 11, 7, -1};
-    if constexpr (Stride == 4) {
-      storeMasked<1>(p, kOfPixels<3, 4>, ZIM_MM(shuffle_epi8)(bytes, inEveryPart(inFours)));
     } else {
-      // Not one store with a mask: the next load of a conversion in place would wait for the bytes left out.
-      const Register ordered = joinedThrees(ZIM_MM(shuffle_epi8)(bytes, inEveryPart(inThrees)));
-      _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_castsi512_si256(ordered));
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 32), partOf<2>(ordered));
-    }
+#if defined(__AVX512BW__)
+      static constexpr ByteTable inFours = {0, 8, 4, -1, 1, 9, 5, -1, 2, 10, 6, -1, 3, 11, 7, -1};
+      storeMasked<1>(p, kOfPixels<3, 4>, ZIM_MM(shuffle_epi8)(bytes, inEveryPart(inFours)));
 #else
-    if constexpr (Stride == 4) {
       const Register paired = unpackLow<1>(bytes, unpackHigh<8>(bytes, bytes));
       forChannels<kParts>([&](auto h) ZIM_LAMBDA {
         const __m128i part = partOf<h>(paired);
         storePixelsOfThree<1>(p + 16 * h, lowBits64(part), highBits64(part));
       });
-    } else {
-#if defined(__AVX2__)
-      const Register ordered = joinedThrees(ZIM_MM(shuffle_epi8)(bytes, inEveryPart(inThrees)));
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(ordered));
-      _mm_storel_epi64(reinterpret_cast<__m128i*>(p + 16), _mm256_extracti128_si256(ordered, 1));
 #endif
     }
-#endif
   }
 }
 
