@@ -84,11 +84,13 @@ template <class Kernel, class Source, class Destination>
 inline constexpr bool usesPairs = false;
 template <class Kernel, std::size_t Channels>
 requires HasPairs<Kernel>
-inline constexpr bool usesPairs<Kernel, C3<Zim8u>, Interleaved<Zim8u, Channels>> = Channels >= 3;
+inline constexpr bool usesPairs<Kernel, C3<Zim8u>, Interleaved<Zim8u, Channels>> = true;
+template <class Kernel>
+requires HasPairs<Kernel>
+inline constexpr bool usesPairs<Kernel, AC4<Zim8u>, AC4<Zim8u>> = kParts == 4;
 template <class Kernel, std::size_t Channels>
 requires HasPairs<Kernel>
-inline constexpr bool usesPairs<Kernel, P3<Zim8u>, Interleaved<Zim8u, Channels>> =
-    Channels >= 3 && Kernel::pairsFromPlanes;
+inline constexpr bool usesPairs<Kernel, P3<Zim8u>, Interleaved<Zim8u, Channels>> = Kernel::pairsFromPlanes;
 
 // Interleaved bytes on both sides of a kernel of 32 bits pass a register of pixels at a time.
 template <class Layout>
@@ -144,9 +146,10 @@ ZIM_INLINE void convertBlock(Position<const std::byte, Source::planes> from,
     storePacked(to.plane[0], parts, [&](const auto& sums) ZIM_LAMBDA { return kernel.finished(sums); });
   } else if constexpr (N > 1 && usesPairs<Kernel, Source, Destination>) {
     constexpr std::size_t channels = Destination::channels;
-    storeUpperHalves<channels>(to.plane[0], perChannel<4>([&](auto i) ZIM_LAMBDA {
-                                 return upperHalves<channels>(kernel.onPairs(loadPairs<i>(from)));
-                               }));
+    storeUpperHalves<channels, Destination::pixelBytes>(
+        to.plane[0], perChannel<4>([&](auto i) ZIM_LAMBDA {
+          return upperHalves<channels>(kernel.onPairs(loadPairs<Source, i>(from)));
+        }));
   } else if constexpr (N > 1 && passesWide<Kernel, Source, Destination>) {
     using Sample = typename Kernel::Sample;
     constexpr int lanes = kLanesPerCall<Kernel>;

@@ -65,7 +65,7 @@ class CubeRoot {
     using Bits = Lane<std::uint64_t, N>;
     const auto bits = bitsAs<std::uint64_t>(widen(x));
     const auto m = bitsAs<Zim64f>((bits & Bits(0x000FFFFFFFFFFFFF)) | Bits(0x3FE0000000000000));
-    return narrow<Zim32f>(rootOf(m) * lookUp(kFactors, bits >> 52));
+    return narrow<Zim32f>(rootOf(m) * lookUpLowBits(kFactors, bits >> 52));
   }
 
  private:

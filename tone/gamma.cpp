@@ -23,20 +23,16 @@ constexpr CurvePieces<-6, 7, 9, Leading::nearestFloat> kForwardOfUnit(kForward, 
 constexpr CurvePieces<-4, 5, 10, Leading::nearestFloat> kInverseOfUnit(kInverse, 1.0);
 
 constexpr bool kTablesInRegisters = kParts == 4;
-constexpr auto kForwardOfWords = [] {
+template <class InRegisters, class InMemory>
+constexpr auto ofWords(const TransferCurve& curve) {
   if constexpr (kTablesInRegisters) {
-    return WordCurve<10, 2>(kForward);
+    return InRegisters(curve);
   } else {
-    return CurvePieces<10, 6, 9, Leading::nearestInteger>(kForward, 65535.0);
+    return InMemory(curve, 65535.0);
   }
-}();
-constexpr auto kInverseOfWords = [] {
-  if constexpr (kTablesInRegisters) {
-    return WordCurve<13, 3>(kInverse);
-  } else {
-    return CurvePieces<12, 4, 9, Leading::nearestInteger>(kInverse, 65535.0);
-  }
-}();
+}
+constexpr auto kForwardOfWords = ofWords<WordCurve<10, 2>, CurvePieces<10, 6, 9, Leading::nearestInteger>>(kForward);
+constexpr auto kInverseOfWords = ofWords<WordCurve<13, 3>, CurvePieces<12, 4, 9, Leading::nearestInteger>>(kInverse);
 
 struct Forward {
   static constexpr const auto& power = kForwardPower;

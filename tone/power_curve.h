@@ -35,6 +35,14 @@ class ExactPower {
   }
   // The binomial coefficient of the exponent.
   constexpr long double binomial(int k) const { return b_[k]; }
+  // The coefficients of (1 + r)^exponent up to r^5 for |r| <= q: the terms in r^6 and r^7 are replaced by the lower
+  // powers nearest to them, with Chebyshev polynomials.
+  constexpr std::array<long double, 6> upToFifth(long double q) const {
+    const long double qq = q * q;
+    return {1 + b_[6] * qq * qq * qq / 32,    b_[1] + b_[7] * qq * qq * qq * 7 / 64,
+            b_[2] - b_[6] * qq * qq * 9 / 16, b_[3] - b_[7] * qq * qq * 7 / 8,
+            b_[4] + b_[6] * qq * 3 / 2,       b_[5] + b_[7] * qq * 7 / 4};
+  }
 
  private:
   static constexpr int terms = 12;
@@ -179,8 +187,8 @@ ZIM_INLINE Lane<Zim64f, N> approximatePower(const PowerCurve<LowestBinade, Binad
 // The same function where tables of 16 doubles stay in registers (AVX-512). With z = x + shift = 2^e m, and c the
 // middle of the sixteenth of a binade in which m lies, it is
 //     (2^e scale)^exponent c^exponent (1 + r)^exponent,   r = m / c - 1, |r| <= q = 1 / 33
-// The last factor is a series in which the terms in r^6 and r^7 are replaced by the lower powers nearest to them. The
-// relative error that is left is at most (|b(6)| q^6 / 32 + |b(7)| q^7 / 64 + |b(8)| q^8 + ...) (1 - q)^-exponent.
+// The last factor is its series up to r^5. With the binomial coefficients b(k) of the exponent the relative error is at
+// most (|b(6)| q^6 / 32 + |b(7)| q^7 / 64 + |b(8)| q^8 + ...) (1 - q)^-exponent.
 template <int LowestBinade, int Binades>
 struct PowerFactors {
   static constexpr int intervals = 16;
@@ -195,7 +203,6 @@ struct PowerFactors {
 
   constexpr PowerFactors(PowerFunction f, double bound) : function(f), relativeBound(bound) {
     const ExactPower power(f.exponent);
-    const auto b = [&](int k) { return power.binomial(k); };
     for (int i = 0; i < 16; ++i) {
       const auto k = static_cast<std::size_t>(i);
       inverse[k] = static_cast<double>(32.0L / (2 * i + 33));
@@ -210,11 +217,8 @@ struct PowerFactors {
     for (; binade < end; binade *= 2, ++exponent) {
       ofBinade[static_cast<std::size_t>(exponent % 16)] = static_cast<double>(power(binade * f.scale));
     }
-    const long double qq = 1.0L / (33 * 33);
-    series = {
-        static_cast<double>(1.0L + b(6) * qq * qq * qq / 32), static_cast<double>(b(1) + b(7) * qq * qq * qq * 7 / 64),
-        static_cast<double>(b(2) - b(6) * qq * qq * 9 / 16),  static_cast<double>(b(3) - b(7) * qq * qq * 7 / 8),
-        static_cast<double>(b(4) + b(6) * qq * 3 / 2),        static_cast<double>(b(5) + b(7) * qq * 7 / 4)};
+    const auto exact = power.upToFifth(1.0L / 33);
+    for (std::size_t k = 0; k <= degree; ++k) series[k] = static_cast<double>(exact[k]);
   }
 };
 
@@ -227,11 +231,11 @@ ZIM_INLINE Lane<Zim64f, N> approximatePower(const PowerFactors<LowestBinade, Bin
   const auto bits = bitsAs<std::uint64_t>(z);
   const auto m = bitsAs<Zim64f>((bits & Bits(0x000FFFFFFFFFFFFF)) | Bits(0x3FF0000000000000));
   const auto step = bits >> 48, binade = bits >> 52;
-  const auto r = m * lookUp(curve.inverse, step) - 1.0;
+  const auto r = m * lookUpLowBits(curve.inverse, step) - 1.0;
   constexpr std::size_t degree = PowerFactors<LowestBinade, Binades>::degree;
   Doubles sum = curve.series[degree];
   forChannels<degree>([&](auto i) ZIM_LAMBDA { sum = sum * r + curve.series[degree - 1 - i]; });
-  return lookUp(curve.ofStep, step) * lookUp(curve.ofBinade, binade) * sum;
+  return lookUpLowBits(curve.ofStep, step) * lookUpLowBits(curve.ofBinade, binade) * sum;
 }
 
 // ---- The form of this build ----

@@ -10,10 +10,9 @@ inline namespace ZIM_TARGET_NAMESPACE {
 // The curve times 65535, of x by 65535, where z = x + shift has its intervals: 2^IntervalBits a binade, from the binade
 // of 2^LowestBinade on.
 //
-// About the middle c, with r = (x - c) / (c + shift), |r| <= q, and the binomial coefficients b(k) of the exponent, it
-// is
-//     value at c + slope (x - c) (1 + b(2)/b(1) r + b(3)/b(1) r^2 + ...)
-// in which the terms in r^6 and r^7 of the power are replaced by the lower powers nearest to them.
+// About the middle c, with r = (x - c) / (c + shift), it is
+//     value at c + slope (x - c) (1 + s(2)/b(1) r + s(3)/b(1) r^2 + ...)
+// where s are the coefficients of the power up to r^5, and b(1) is its exponent.
 template <int LowestBinade, int IntervalBits>
 struct WordCurve {
   static constexpr std::size_t intervals = 32, degree = 4;
@@ -34,27 +33,25 @@ struct WordCurve {
 
   constexpr explicit WordCurve(const TransferCurve& curve) : shift(static_cast<float>(curve.power.shift * kUnit)) {
     const ExactPower power(curve.power.exponent);
-    const auto b = [&](int k) { return power.binomial(k); };
-    const long double q = 1.0L / ((2 << IntervalBits) + 1), qq = q * q;
+    const auto exact = power.upToFifth(1.0L / ((2 << IntervalBits) + 1));
+    const long double exponent = power.binomial(1);
     long double start = 1 << LowestBinade, width = start / (1 << IntervalBits);
     for (std::size_t k = 0; k < intervals; ++k, start += width) {
       if (k > 0 && k % (1 << IntervalBits) == 0) width *= 2;
       const auto c = static_cast<int>(start + width / 2 - shift);
       const long double base = c / kUnit + curve.power.shift, perUnit = 1.0L / (base * kUnit);
-      const long double p = kUnit * curve.gain * power(base * curve.power.scale), sixth = b(6) * qq * qq * qq / 32;
-      const long double value = p * (1 + sixth) - kUnit * curve.offset;
+      const long double p = kUnit * curve.gain * power(base * curve.power.scale);
+      const long double value = p * exact[0] - kUnit * curve.offset;
       const int nearest = static_cast<int>(value + 0.5L);
       const std::size_t at = placeOf(static_cast<float>(start));
       middle[at] = static_cast<float>(c);
       inverse[at] = static_cast<float>(perUnit);
-      slope[at] = static_cast<float>(p * perUnit * (b(1) + b(7) * qq * qq * qq * 7 / 64));
+      slope[at] = static_cast<float>(p * perUnit * exact[1]);
       low[at] = static_cast<float>(value - nearest - bound - tieBound);
       integer[at] = nearest - std::bit_cast<Zim32s>(roundingBase);
     }
-    series = {1.0F, static_cast<float>((b(2) - b(6) * qq * qq * 9 / 16) / b(1)),
-              static_cast<float>((b(3) - b(7) * qq * qq * 7 / 8) / b(1)),
-              static_cast<float>((b(4) + b(6) * qq * 3 / 2) / b(1)),
-              static_cast<float>((b(5) + b(7) * qq * 7 / 4) / b(1))};
+    series[0] = 1.0F;
+    for (std::size_t k = 1; k <= degree; ++k) series[k] = static_cast<float>(exact[k + 1] / exponent);
   }
 
   // Where the tables have the interval of z, in the lowest five bits.
@@ -68,14 +65,14 @@ struct WordCurve {
   }
 };
 
-// The integer nearest to the curve, and whether in some lane it may be the next one. x is one of the words that the
-// intervals have; any other may be in doubt.
+// The integer nearest to the curve in each lane, unless one is in doubt.
 template <int N>
 struct NearestOfWords {
   Lane<Zim32s, N> nearest;
   bool inDoubt;
 };
 
+// x is one of the words that the intervals have; any other may be in doubt.
 template <int LowestBinade, int IntervalBits, int N>
 ZIM_INLINE NearestOfWords<N> nearestOf(const WordCurve<LowestBinade, IntervalBits>& curve, Lane<Zim32f, N> x) {
   using Curve = WordCurve<LowestBinade, IntervalBits>;

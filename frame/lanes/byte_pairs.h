@@ -20,27 +20,28 @@ concept HasPairs = requires(const Kernel& kernel, BytePairs pairs) {
 };
 
 #if defined(__AVX2__)
-// The four registers follow one another in each 128-bit part of the block; on AVX-512, which permutes words as quickly
-// as it puts parts together, in memory.
+// The four registers follow one another in each 128-bit part of the block. Where words of a register are permuted in
+// one step (AVX-512), they follow one another in memory.
 
 ZIM_INLINE BytePairs::Bytes bytesOf(Register r) { return BytePairs::Bytes::of((BytePairs::Bytes::Value)r); }
 
-// The places of the first sample and another one of four pixels, behind so many bytes.
-template <int ahead, int other>
-inline constexpr ByteTable kPairsOfThrees = [] {
+// The places of the first sample and another one of four pixels, Stride apart and behind so many bytes.
+template <std::size_t Stride, int ahead, int other>
+inline constexpr ByteTable kPlacesOfPairs = [] {
   ByteTable table{};
   for (int k = 0; k < 16; ++k) {
-    table[static_cast<std::size_t>(k)] = static_cast<std::int8_t>(ahead + k / 4 * 3 + k % 2 * other);
+    table[static_cast<std::size_t>(k)] = static_cast<std::int8_t>(ahead + k / 4 * int{Stride} + k % 2 * other);
   }
   return table;
 }();
 
 // Register i of the block from planes.
-template <std::size_t i>
+template <class Source, std::size_t i>
 ZIM_INLINE BytePairs loadPairs(Position<const std::byte, 3> from) {
   const auto channel = [&](std::size_t c) ZIM_LAMBDA {
     const Register r = loadRegister(from.plane[c]);
 #if defined(__AVX512BW__)
+    // Four pixels to each part in turn.
     return _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15), r);
 #else
     return r;
@@ -55,17 +56,18 @@ ZIM_INLINE BytePairs loadPairs(Position<const std::byte, 3> from) {
 }
 
 // From interleaved channels.
-template <std::size_t i>
+template <class Source, std::size_t i>
 ZIM_INLINE BytePairs loadPairs(Position<const std::byte, 1> from) {
+  constexpr std::size_t stride = Source::pixelBytes;
 #if defined(__AVX512BW__)
   constexpr int ahead = 0;
-  const Register pixels = loadPixels<3>(from.plane[0] + 48 * i);
+  const Register pixels = loadPixels<stride>(from.plane[0] + kLanes<Zim32s> * stride * i);
 #else
-  constexpr int ahead = kBytesAhead<3, kRegisterBytes, i>;
-  const Register pixels = loadBytesOfPart<3, kRegisterBytes, i>(from.plane[0]);
+  constexpr int ahead = kBytesAhead<stride, kRegisterBytes, i>;
+  const Register pixels = loadBytesOfPart<stride, kRegisterBytes, i>(from.plane[0]);
 #endif
   const auto pairs = [&](auto other) ZIM_LAMBDA {
-    return bytesOf(ZIM_MM(shuffle_epi8)(pixels, inEveryPart(kPairsOfThrees<ahead, other>)));
+    return bytesOf(ZIM_MM(shuffle_epi8)(pixels, inEveryPart(kPlacesOfPairs<stride, ahead, other>)));
   };
   return {pairs(std::integral_constant<int, 1>()), pairs(std::integral_constant<int, 2>())};
 }
@@ -84,15 +86,22 @@ ZIM_INLINE Register upperHalves(const Pixels<Zim32s, kLanes<Zim32s>, Channels>& 
   return (Register)narrow<Zim8u>(Lane<Zim16s, 2 * lanes>::join(highWords<lanes>({sums[0], sums[1]}), last)).v;
 }
 
-// Stores the pixels of a block from four registers like that.
-template <std::size_t Channels>
+// Stores the pixels of a block from four registers like that, so many bytes apart; a fourth that no channel has is not
+// written.
+template <std::size_t Channels, std::size_t Stride>
 ZIM_INLINE void storeUpperHalves(std::byte* p, const Registers<4>& bytes) {
   const auto ordered = [&](const ByteTable& table, std::size_t i)
                            ZIM_LAMBDA { return ZIM_MM(shuffle_epi8)(bytes[i], inEveryPart(table)); };
-  if constexpr (Channels == 4) {
+  if constexpr (Stride == 4) {
     static constexpr ByteTable inFours = {0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15};
-    constexpr int parts = kParts == 4 ? 16 : 64;
-    forChannels<4>([&](auto i) ZIM_LAMBDA { storeParts(p + i * (1024 / parts), parts, ordered(inFours, i)); });
+#if defined(__AVX512BW__)
+    forChannels<4>([&](auto i) ZIM_LAMBDA {
+      storeMasked<1>(p + kRegisterBytes * i, kOfPixels<Channels, 4>, ordered(inFours, i));
+    });
+#else
+    static_assert(Channels == 4);
+    forChannels<4>([&](auto i) ZIM_LAMBDA { storeParts(p + 16 * i, 64, ordered(inFours, i)); });
+#endif
   } else {
     // Twelve bytes of pixels, and a gap of four behind so many of them.
     static constexpr auto inThrees = [](int before) {

@@ -30,12 +30,12 @@ ZIM_INLINE Lane<Zim32s, N> lookUp(const std::array<Zim32s, Size>& table, Lane<Zi
 
 // The entry of a table of 16 at the lowest four bits of each index.
 template <int N>
-ZIM_INLINE Lane<Zim64f, N> lookUp(const std::array<Zim64f, 16>& table, Lane<std::uint64_t, N> index) {
+ZIM_INLINE Lane<Zim64f, N> lookUpLowBits(const std::array<Zim64f, 16>& table, Lane<std::uint64_t, N> index) {
   using Result = Lane<Zim64f, N>;
   if constexpr (Result::form == Form::single) {
     return Result(table[index.v & 15]);
   } else if constexpr (Result::form == Form::split) {
-    return Result::join(lookUp(table, index.v.lo), lookUp(table, index.v.hi));
+    return Result::join(lookUpLowBits(table, index.v.lo), lookUpLowBits(table, index.v.hi));
   } else {
 #if defined(__AVX512BW__)
     return Result::of((typename Result::Value)_mm512_permutex2var_pd(_mm512_loadu_pd(table.data()), (Register)index.v,
