@@ -78,8 +78,8 @@ inline constexpr bool usesPacked = std::is_same_v<Source, Interleaved<Zim8u, Sou
   kernel.packed(pixels);
 };
 
-// Kernels of rows that sum two bytes have a form on pairs, used from three channels of bytes to interleaved bytes where
-// it is the quicker. Its results are the upper halves of what it returns.
+// Kernels of sums in fixed point have a form on pairs of bytes, used from three channels of bytes to interleaved bytes
+// where it is the quicker. Its results are the upper halves of what it returns.
 template <class Kernel, class Source, class Destination>
 inline constexpr bool usesPairs = false;
 template <class Kernel, std::size_t Channels>

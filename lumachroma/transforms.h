@@ -65,6 +65,22 @@ struct Encode {
     return {weighted<fixedRow(set.y, set.lumaBias)>(rgb), weighted<fixedRow(set.cb, chromaBias)>(rgb),
             weighted<fixedRow(set.cr, chromaBias)>(rgb)};
   }
+
+#if defined(__AVX2__)
+  ZIM_INLINE Pixels<Zim32s, kLanes<Zim32s>, 3> onPairs(BytePairs pairs) const {
+    // Words of R + G and G, so that green beyond 16 bits is shared out, and of R and B.
+    const auto rg = weightedWords<ByteWeights{1, 1, 0, 1}>(pairs.withSecond),
+               rb = weightedWords<ByteWeights{1, 0, 0, 1}>(pairs.withThird);
+    const auto sum = [&](auto row) ZIM_LAMBDA {
+      constexpr FixedRow r = decltype(row)::value;
+      constexpr Zim32s ofBoth = r.c[1] > 32767 ? r.c[1] / 2 : 0;
+      return neighbourDot<ofBoth, r.c[1] - ofBoth>(rg) + (neighbourDot<r.c[0] - ofBoth, r.c[2]>(rb) + r.bias);
+    };
+    return {sum(std::integral_constant<FixedRow, fixedRow(set.y, set.lumaBias)>()),
+            sum(std::integral_constant<FixedRow, fixedRow(set.cb, chromaBias)>()),
+            sum(std::integral_constant<FixedRow, fixedRow(set.cr, chromaBias)>())};
+  }
+#endif
 };
 
 // Analogue YUV. With S = 19595 R + 38470 G + 7471 B, whose weights add up to 65536:
@@ -121,7 +137,7 @@ struct Decode {
         ofV({set.luma, set.redV}, {besideV ? set.luma : 0, set.greenV});
     static_assert(ofU.found && ofV.found);
     constexpr Zim32s black = static_cast<Zim32s>(rounding) - set.luma * set.black;
-    const auto u = weightedWords<ofU>(pairs.withSecond), v = weightedWords<ofV>(pairs.withThird);
+    const auto u = weightedWords<ofU.weights>(pairs.withSecond), v = weightedWords<ofV.weights>(pairs.withThird);
     return {neighbourDot<ofV.first[0], ofV.first[1]>(v) + (black - 128 * set.redV),
             neighbourDot<ofU.second[0], ofU.second[1]>(u) +
                 (neighbourDot<ofV.second[0], ofV.second[1]>(v) + (black - 128 * (set.greenU + set.greenV))),

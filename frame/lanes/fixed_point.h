@@ -224,11 +224,13 @@ ZIM_INLINE Lane<Zim16s, N> highWords(EvenOdd<N> sums) {
 // words:
 //   c[0] a + c[1] b  ==  f[0] (w[0] a + w[1] b) + f[1] (w[2] a + w[3] b)
 // So coefficients beyond 16 bits leave no whole multiples. Two sums share their weights.
+using ByteWeights = std::array<Zim8s, 4>;
+
 struct TwoSteps {
   using Coefficients = std::array<Zim32s, 2>;
 
   bool found = false;
-  std::array<Zim8s, 4> weights{};
+  ByteWeights weights{};
   std::array<Zim16s, 2> first{}, second{};  // the factors
 
   constexpr TwoSteps(Coefficients c, Coefficients d) {
@@ -257,11 +259,11 @@ struct TwoSteps {
 
 #if defined(__AVX2__)
 // The words of bytes a, b, a, b and so on.
-template <TwoSteps steps, int N>
+template <ByteWeights weights, int N>
 ZIM_INLINE Lane<Zim16s, N / 2> weightedWords(Lane<Zim8u, N> bytes) {
   using Result = Lane<Zim16s, N / 2>;
-  constexpr auto weights = std::bit_cast<Zim32s>(steps.weights);
-  return Result::of((typename Result::Value)ZIM_MM(maddubs_epi16)((Register)bytes.v, ZIM_MM(set1_epi32)(weights)));
+  constexpr auto bits = std::bit_cast<Zim32s>(weights);
+  return Result::of((typename Result::Value)ZIM_MM(maddubs_epi16)((Register)bytes.v, ZIM_MM(set1_epi32)(bits)));
 }
 #endif
 
