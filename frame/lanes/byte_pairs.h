@@ -76,7 +76,7 @@ ZIM_INLINE BytePairs loadPairs(Position<const std::byte, 1> from) {
 template <std::size_t Channels>
 ZIM_INLINE Register upperHalves(const Pixels<Zim32s, kLanes<Zim32s>, Channels>& sums) {
   constexpr int lanes = kLanes<Zim16s>;
-  const auto last = [&] {
+  const auto last = [&]() ZIM_LAMBDA {
     if constexpr (Channels == 3) {
       return bitsAs<Zim16s>(bitsAs<Zim32u>(sums[2]) >> 16);
     } else {
